@@ -1,0 +1,6 @@
+# PowerPC: 32 bits, big-endian, as on the chassis manager.
+# Debian: g++-powerpc-linux-gnu, qemu-user.
+set(triplet powerpc-linux-gnu)
+include(${CMAKE_CURRENT_LIST_DIR}/debian-cross.cmake)
+set(CMAKE_SYSTEM_PROCESSOR ppc)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-ppc -L /usr/${triplet})

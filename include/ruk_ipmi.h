@@ -1,0 +1,22 @@
+/**
+ * libruk_ipmi: IPMI to the management controllers of a chassis' blades.
+ *
+ * The one header a client includes. It gathers a header per family of functions and can be used
+ * from C11 and from C++.
+ *
+ * Threads: every function declared here may be called from any number of threads at once, unless
+ * its own text says otherwise. Command functions keep all they need on the caller's stack
+ * (somewhat over 1 KiB), allocate nothing, and block their caller until the blade has answered or
+ * the time-out has passed. None of them may be called from a signal handler.
+ */
+#ifndef RUK_IPMI_H
+#define RUK_IPMI_H
+
+#include "ruk_ipmi/exchange.h"
+#include "ruk_ipmi/fru.h"
+#include "ruk_ipmi/sdr.h"
+#include "ruk_ipmi/sel.h"
+#include "ruk_ipmi/types.h"
+#include "ruk_ipmi/version.h"
+
+#endif

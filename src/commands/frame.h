@@ -1,0 +1,126 @@
+// The frame that every command function follows: check, request, exchange, copy-out, result.
+//
+//     int ipmi_location_X(const blade_location *location, uint16_t id, x_record *out)
+//     {
+//         if (!location || !out)
+//             return invalid_param();
+//         command x(location, 0x0A43, le16{id}, 0x00, 0xFF);
+//         const int result = x.exchange();
+//         x.copy_to(out);
+//         if (result == 0)
+//             out->field = from_wire(out->field);
+//         return result;
+//     }
+//
+// The request reads like the command's definition: a plain number is one byte (its low 8 bits),
+// anything wider says how it travels. Copying stands before or behind the test of the result as
+// the command demands.
+#ifndef RUK_COMMANDS_FRAME_H
+#define RUK_COMMANDS_FRAME_H
+
+#include "commands/wire.h"
+#include "platform/log.h"
+#include "ruk_ipmi/exchange.h"
+
+namespace ruk
+{
+
+// Ticks that a command waits for its answer.
+constexpr uint32_t usual_wait = 500;
+
+// Room for the answer that a command offers to the message service.
+constexpr uint32_t usual_capacity = 483;
+
+// Refuses a call whose arguments are not what the command needs.
+int invalid_param();
+
+// Copies a caller's block of `length` bytes to where `room` bytes are left. A longer block is the
+// caller's error, after which nothing of the record could be trusted: it ends the process.
+void bounded_copy(void *to, size_t room, const void *from, size_t length, const char *where);
+
+// Payload fields.
+
+struct le16 {
+    uint16_t value;
+};
+
+struct le32 {
+    uint32_t value;
+};
+
+// A block of the caller's, as long as the caller says.
+struct block {
+    const void *bytes;
+    size_t length;
+};
+
+inline void append(ipmi_request &request, int byte)
+{
+    request.data[request.data_len++] = static_cast<uint8_t>(byte);
+}
+
+inline void append(ipmi_request &request, le16 field)
+{
+    store_le16(request.data + request.data_len, field.value);
+    request.data_len += 2;
+}
+
+inline void append(ipmi_request &request, le32 field)
+{
+    store_le32(request.data + request.data_len, field.value);
+    request.data_len += 4;
+}
+
+inline void append(ipmi_request &request, block field)
+{
+    bounded_copy(request.data + request.data_len, sizeof request.data - request.data_len,
+                 field.bytes, field.length, "the request record");
+    request.data_len += static_cast<uint32_t>(field.length);
+}
+
+// One command to one blade: both records, cleared once, and the status of the last exchange.
+struct command {
+    ipmi_request request{};
+    ipmi_response response{};
+    uint32_t status = 0;
+
+    template <typename... Fields>
+    command(const blade_location *location, uint32_t netfn_cmd, Fields... fields)
+    {
+        request.location = *location;
+        request.netfn_cmd = netfn_cmd;
+        (append(request, fields), ...);
+    }
+
+    // Sends the request as it stands and waits for the answer. The result: transport status, else
+    // completion code, else 0.
+    int exchange(uint32_t wait = usual_wait, uint32_t capacity = usual_capacity)
+    {
+        response.data_len = capacity;
+        status = get_ruk_ipmi_response(&request, &response, wait);
+        return static_cast<int>(status != 0 ? status : response.comp_code);
+    }
+
+    // The blade was reached and said no.
+    bool refused() const { return status == 0 && response.comp_code != 0; }
+
+    // Fills the caller's record with the answer's bytes from the completion code on.
+    template <typename Record>
+    void copy_to(Record *out) const
+    {
+        static_assert(sizeof *out <= sizeof response.data);
+        memcpy(out, response.data, sizeof *out);
+    }
+};
+
+// The short form of a command: the blade given by its number, which is its slot.
+template <typename Function, typename... Arguments>
+int by_number(Function location_form, int blade_num, Arguments... arguments)
+{
+    const blade_location location = {static_cast<uint8_t>(blade_num), 0, {0, 0}};
+    return location_form(&location, arguments...);
+}
+
+} // namespace ruk
+
+#endif

@@ -1,0 +1,63 @@
+#include "ruk_ipmi/sdr.h"
+
+#include <cstddef>
+
+#include "commands/frame.h"
+
+using namespace ruk;
+
+static_assert(sizeof(sdr_repository_info) == 15 && offsetof(sdr_repository_info, version) == 1 &&
+              offsetof(sdr_repository_info, records) == 2 &&
+              offsetof(sdr_repository_info, free_space) == 4 &&
+              offsetof(sdr_repository_info, addition_time) == 6 &&
+              offsetof(sdr_repository_info, erase_time) == 10 &&
+              offsetof(sdr_repository_info, operation_support) == 14);
+static_assert(sizeof(sdr_reservation) == 3 && offsetof(sdr_reservation, reservation_id) == 1);
+static_assert(sizeof(sdr_record) == 258 && offsetof(sdr_record, next_record_id) == 1 &&
+              offsetof(sdr_record, data) == 3);
+
+int ipmi_location_get_sdr_info(const blade_location *location, sdr_repository_info *out)
+{
+    if (!location || !out)
+        return invalid_param();
+    command get_info(location, 0x0A20);
+    const int result = get_info.exchange();
+    get_info.copy_to(out);
+    if (result == 0) { // here the time stamps are converted too, unlike those of the SEL
+        out->records = from_wire(out->records);
+        out->free_space = from_wire(out->free_space);
+        out->addition_time = from_wire(out->addition_time);
+        out->erase_time = from_wire(out->erase_time);
+    }
+    return result;
+}
+
+int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *out)
+{
+    if (!out)
+        return invalid_param();
+    command reserve(location, 0x0A22);
+    const int result = reserve.exchange();
+    reserve.copy_to(out);
+    if (result == 0)
+        out->reservation_id = from_wire(out->reservation_id);
+    return result;
+}
+
+int ipmi_reserve_sdr(int blade_num, sdr_reservation *out)
+{
+    return by_number(ipmi_location_reserve_sdr, blade_num, out);
+}
+
+int ipmi_location_get_sdr(const blade_location *location, uint16_t reservation_id,
+                          uint16_t record_id, sdr_record *out)
+{
+    if (!location || !out)
+        return invalid_param();
+    command get_record(location, 0x0A23, le16{reservation_id}, le16{record_id}, 0x00, 0xFF);
+    const int result = get_record.exchange();
+    get_record.copy_to(out);
+    if (result == 0)
+        out->next_record_id = from_wire(out->next_record_id);
+    return result;
+}

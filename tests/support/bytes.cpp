@@ -1,0 +1,28 @@
+#include "bytes.h"
+
+#include <cstdio>
+
+namespace ruk_ipmi_testing
+{
+
+bytes joined(const bytes &head, const bytes &tail)
+{
+    bytes all;
+    all.reserve(head.size() + tail.size());
+    all.insert(all.end(), head.begin(), head.end());
+    all.insert(all.end(), tail.begin(), tail.end());
+    return all;
+}
+
+std::string hex(const bytes &data)
+{
+    std::string text;
+    for (const uint8_t byte : data) {
+        char digits[4];
+        snprintf(digits, sizeof digits, text.empty() ? "%02X" : " %02X", byte);
+        text += digits;
+    }
+    return text;
+}
+
+} // namespace ruk_ipmi_testing

@@ -1,0 +1,38 @@
+// Bytes as tests write and compare them.
+#ifndef RUK_IPMI_TESTING_BYTES_H
+#define RUK_IPMI_TESTING_BYTES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace ruk_ipmi_testing
+{
+
+using bytes = std::vector<uint8_t>;
+
+// The `length` bytes from `from` on, wherever they lie.
+inline bytes bytes_at(const void *from, size_t length)
+{
+    const auto *first = static_cast<const uint8_t *>(from);
+    return bytes(first, first + length);
+}
+
+// A record as it lies in memory.
+template <typename Record>
+bytes bytes_of(const Record &record)
+{
+    static_assert(std::is_trivially_copyable_v<Record>);
+    return bytes_at(&record, sizeof record);
+}
+
+bytes joined(const bytes &head, const bytes &tail);
+
+// "01 0A FF".
+std::string hex(const bytes &data);
+
+} // namespace ruk_ipmi_testing
+
+#endif
