@@ -1,0 +1,135 @@
+// ruk-chassisd: component 4 of the message service on ordinary Linux.
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <cstdio>
+#include <sys/resource.h>
+#include <sys/signalfd.h>
+#include <systemd/sd-daemon.h>
+#include <unistd.h>
+
+#include "chassisd/broker.h"
+#include "chassisd/chassis.h"
+#include "chassisd/config.h"
+#include "platform/directory.h"
+#include "platform/log.h"
+#include "platform/platform_info.h"
+#include "platform/region.h"
+#include "ruk_ipmi/version.h"
+
+namespace
+{
+
+using namespace chassisd;
+
+constexpr int exit_usage = 2;
+constexpr int exit_failed = 1;
+
+// Every outstanding message of every client is a descriptor.
+void raise_descriptor_limit()
+{
+    rlimit limit;
+    if (getrlimit(RLIMIT_NOFILE, &limit) != 0)
+        return;
+    limit.rlim_cur = limit.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &limit);
+}
+
+// A descriptor that becomes readable when the daemon is to stop. Made before any thread, so that
+// every thread leaves the signals to it.
+int stop_signals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+void publish_platform_info(const std::string &directory, const chassis_config &config)
+{
+    ruk::host::shared_region *region = ruk::host::map_region(directory, true);
+    if (!region)
+        throw std::system_error(errno, std::generic_category(), "cannot make the shared region");
+    region->platform_info[PLAT_INFO_TYPE] = config.platform_type;
+    region->platform_info[PLAT_INFO_LOCATION] = config.physical_location;
+    region->platform_info[PLAT_INFO_SLOTS] = config.slots;
+}
+
+void say_ready(int ready_fd)
+{
+    sd_notify(0, "READY=1");
+    if (ready_fd < 0)
+        return;
+    if (write(ready_fd, "ready\n", 6) != 6)
+        slog_elog("nobody reads the ready descriptor\n");
+    close(ready_fd);
+}
+
+void serve(const chassis_config &config, int ready_fd)
+{
+    raise_descriptor_limit();
+    const int stop = stop_signals();
+    const std::string directory = ruk::host::runtime_directory();
+    const chassis served(config);
+    broker component(directory, served);
+    publish_platform_info(directory, config);
+    say_ready(ready_fd);
+    slog_nlog("serving %zu blades in %s\n", config.blades.size(), directory.c_str());
+    component.run(stop);
+    sd_notify(0, "STOPPING=1");
+    slog_nlog("stopping\n");
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    CLI::App app{"Serves the blades of a chassis to the IPMI clients of this machine."};
+    app.footer("The runtime directory is $RUK_RUNTIME_DIR, else /run/ruk for root, else "
+               "$XDG_RUNTIME_DIR/ruk.\nThe log goes to standard error as $RUK_LOG says: none, "
+               "error, notice, debug or\nverbose, with \"syslog:\" before it for the system's "
+               "log.");
+    std::string config_path;
+    unsigned simulated = 0;
+    int ready_fd = -1;
+    bool check = false;
+    auto *config_option =
+        app.add_option("--config", config_path, "Chassis description, TOML")->type_name("FILE");
+    app.add_option("--simulate", simulated, "Serve N simulated blades in slots 1 to N, no file")
+        ->type_name("N")
+        ->check(CLI::Range(1, 255))
+        ->excludes(config_option);
+    app.add_flag("--check", check, "Only check the file, then exit")->needs(config_option);
+    app.add_option("--ready-fd", ready_fd, "Write \"ready\" to this descriptor once serving")
+        ->type_name("FD")
+        ->check(CLI::NonNegativeNumber);
+    app.set_version_flag("--version", "ruk-chassisd " RUK_IPMI_VERSION);
+    try {
+        app.parse(argc, argv);
+        if (config_path.empty() && simulated == 0)
+            throw CLI::RequiredError("--config FILE or --simulate N");
+    } catch (const CLI::ParseError &error) {
+        return app.exit(error) == 0 ? 0 : exit_usage;
+    }
+
+    try {
+        const chassis_config config =
+            simulated != 0 ? simulated_chassis(simulated) : load_config(config_path);
+        if (check) {
+            const size_t blades = config.blades.size();
+            printf("%s: %zu %s, no mistakes found\n", config_path.c_str(), blades,
+                   blades == 1 ? "blade" : "blades");
+            return 0;
+        }
+        serve(config, ready_fd);
+        return 0;
+    } catch (const config_error &error) {
+        fprintf(stderr, "%s\n", error.what());
+        return exit_usage;
+    } catch (const std::exception &error) {
+        fprintf(stderr, "ruk-chassisd: %s\n", error.what());
+        return exit_failed;
+    }
+}

@@ -1,0 +1,134 @@
+#include "chassisd/simulated/sensors.h"
+
+#include "chassisd/simulated/record.h"
+
+namespace chassisd::simulated
+{
+
+namespace
+{
+
+enum unit_code : uint8_t { celsius = 1, volts = 4, watts = 6, rpm = 18 };
+
+// Events and scanning are enabled.
+constexpr uint8_t sensor_works = 0xC0;
+
+template <typename Sensor>
+const Sensor *find(const std::vector<Sensor> &sensors, uint8_t number)
+{
+    const auto found = std::find_if(sensors.begin(), sensors.end(),
+                                    [=](const Sensor &s) { return s.number == number; });
+    return found == sensors.end() ? nullptr : &*found;
+}
+
+// Wanders around the nominal value, differently for every sensor of every blade.
+uint8_t present_value(const threshold_sensor &sensor, const environment &env)
+{
+    constexpr uint32_t period_s = 10;
+    constexpr uint32_t spread = 5;
+    const uint32_t step = seconds_since_1970(env.now()) / period_s;
+    const uint32_t phase = step + sensor.number * 7u + env.slot * 3u + env.sub_slot;
+    return static_cast<uint8_t>(sensor.nominal - spread / 2 + phase % spread);
+}
+
+// Which thresholds the value has reached, one bit each.
+uint8_t reached_thresholds(const threshold_sensor &sensor, uint8_t value)
+{
+    uint8_t reached = 0;
+    for (unsigned i = 0; i < sensor.thresholds.size(); i++) {
+        const bool upper = i >= 3;
+        const uint8_t threshold = sensor.thresholds[i];
+        if (threshold != 0 && (upper ? value >= threshold : value <= threshold))
+            reached = static_cast<uint8_t>(reached | 1u << i);
+    }
+    return reached;
+}
+
+bytes sensor_reading(uint8_t number, const environment &env)
+{
+    if (const threshold_sensor *sensor = find(threshold_sensors(), number)) {
+        const uint8_t value = present_value(*sensor, env);
+        return success(value, sensor_works, 0xC0 | reached_thresholds(*sensor, value));
+    }
+    const discrete_sensor *sensor = find(discrete_sensors(), number);
+    refuse_if(!sensor, not_present);
+    return success(0x00, sensor_works, le16(0x8000 | sensor->states));
+}
+
+bytes sensor_thresholds(uint8_t number)
+{
+    const threshold_sensor *sensor = find(threshold_sensors(), number);
+    refuse_if(!sensor, not_present);
+    return success(sensor->threshold_mask(),
+                   bytes(sensor->thresholds.begin(), sensor->thresholds.end()));
+}
+
+} // namespace
+
+uint8_t threshold_sensor::threshold_mask() const
+{
+    uint8_t mask = 0;
+    for (unsigned i = 0; i < thresholds.size(); i++)
+        if (thresholds[i] != 0)
+            mask = static_cast<uint8_t>(mask | 1u << i);
+    return mask;
+}
+
+const std::vector<threshold_sensor> &threshold_sensors()
+{
+    // clang-format off
+    static const std::vector<threshold_sensor> sensors = {
+        {{inlet_temperature, "Inlet Temp", entity_air_inlet, 1, 0x01},
+         celsius, 1, 0, 24, 15, 35, {0, 0, 0, 38, 42, 46}},
+        {{cpu_1_temperature, "CPU 1 Temp", entity_processor, 1, 0x01},
+         celsius, 1, 0, 52, 30, 80, {0, 0, 0, 85, 92, 98}},
+        {{cpu_2_temperature, "CPU 2 Temp", entity_processor, 2, 0x01},
+         celsius, 1, 0, 50, 30, 80, {0, 0, 0, 85, 92, 98}},
+        {{mezzanine_temperature, "Mezzanine Temp", entity_add_in_card, 1, 0x01},
+         celsius, 1, 0, 44, 25, 70, {0, 0, 0, 75, 85, 0}},
+        {{voltage_12v, "12V Input", entity_system_board, 1, 0x02},
+         volts, 6, -2, 200, 192, 208, {189, 183, 0, 211, 217, 0}},
+        {{voltage_3v3, "3.3V", entity_system_board, 1, 0x02},
+         volts, 2, -2, 165, 160, 170, {157, 150, 0, 173, 180, 0}},
+        {{voltage_battery, "Battery", entity_system_board, 1, 0x02},
+         volts, 2, -2, 152, 140, 165, {130, 120, 0, 0, 0, 0}},
+        {{fan_1, "Fan 1", entity_fan, 1, 0x04},
+         rpm, 60, 0, 120, 60, 200, {50, 33, 0, 0, 0, 0}},
+        {{fan_2, "Fan 2", entity_fan, 2, 0x04},
+         rpm, 60, 0, 118, 60, 200, {50, 33, 0, 0, 0, 0}},
+        {{input_power, "Input Power", entity_system_board, 1, 0x0B},
+         watts, 2, 0, 140, 40, 180, {0, 0, 0, 200, 225, 0}},
+    };
+    // clang-format on
+    return sensors;
+}
+
+const std::vector<discrete_sensor> &discrete_sensors()
+{
+    // Bits of states are offsets of the sensor type: of a power supply, 0 present, 1 failed, 2
+    // failure predicted, 3 input lost; of a processor, 0 internal error, 1 thermal trip, 7 present,
+    // 10 throttled; of memory, 0 and 1 correctable and other ECC error, 5 logging limit, 6 present.
+    static const std::vector<discrete_sensor> sensors = {
+        {{power_supply_1, "Power Supply 1", entity_power_supply, 1, 0x08}, 0x000F, 0x0001},
+        {{power_supply_2, "Power Supply 2", entity_power_supply, 2, 0x08}, 0x000F, 0x0001},
+        {{cpu_1_status, "CPU 1 Status", entity_processor, 1, 0x07}, 0x0483, 0x0080},
+        {{cpu_2_status, "CPU 2 Status", entity_processor, 2, 0x07}, 0x0483, 0x0080},
+        {{memory_status, "Memory", entity_memory, 1, 0x0C}, 0x0063, 0x0040},
+        {{event_log_status, "Event Log", entity_system_management, 1, 0x10}, 0x0034, 0x0000},
+        {{watchdog_status, "Watchdog", entity_system_management, 1, 0x23}, 0x000F, 0x0000},
+        {{firmware_progress, "Boot Progress", entity_system_board, 1, 0x0F}, 0x0007, 0x0000},
+        {{system_boot, "System Boot", entity_system_board, 1, 0x1D}, 0x001F, 0x0000},
+    };
+    return sensors;
+}
+
+command_table sensor_commands(const environment &env)
+{
+    return {
+        {netfn_sensor, 0x27, 1, [](const bytes &request) { return sensor_thresholds(request[0]); }},
+        {netfn_sensor, 0x2D, 1,
+         [env](const bytes &request) { return sensor_reading(request[0], env); }},
+    };
+}
+
+} // namespace chassisd::simulated

@@ -1,0 +1,103 @@
+#include "chassisd/worker.h"
+
+namespace chassisd
+{
+
+namespace
+{
+
+// Far more than clients that wait for their answers can queue; only those that do not get there.
+constexpr size_t longest_queue = 4096;
+
+void apply(const fault_config &faults, answer &given)
+{
+    if (given.status != 0)
+        return;
+    if (faults.completion_code)
+        given.data = {*faults.completion_code};
+    if (faults.truncate_to && given.data.size() > *faults.truncate_to)
+        given.data.resize(*faults.truncate_to);
+    if (faults.oversize_to && given.data.size() < *faults.oversize_to)
+        given.data.resize(*faults.oversize_to, 0xEE);
+}
+
+} // namespace
+
+worker::worker(std::unique_ptr<blade> served, const fault_config &faults)
+    : blade_(std::move(served)),
+      faults_(faults),
+      thread_([this] { run(); })
+{
+}
+
+worker::~worker()
+{
+    stop();
+    thread_.join();
+}
+
+bool worker::post(job job)
+{
+    {
+        const std::lock_guard lock(mutex_);
+        if (queue_.size() >= longest_queue)
+            return false;
+        queue_.push_back(std::move(job));
+    }
+    changed_.notify_one();
+    return true;
+}
+
+void worker::stop()
+{
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    changed_.notify_all();
+}
+
+void worker::run()
+{
+    const auto something_to_do = [this] { return stopping_ || !queue_.empty(); };
+    for (;;) {
+        std::unique_lock lock(mutex_);
+        const auto idle_period = blade_->idle_period();
+        if (idle_period.count() == 0) {
+            changed_.wait(lock, something_to_do);
+        } else if (!changed_.wait_for(lock, idle_period, something_to_do)) {
+            lock.unlock();
+            blade_->idle();
+            continue;
+        }
+        if (stopping_)
+            return;
+        const job next = std::move(queue_.front());
+        queue_.pop_front();
+        lock.unlock();
+        serve(next);
+    }
+}
+
+void worker::serve(const job &job)
+{
+    if (!job.wanted())
+        return;
+    if (faults_.delay_ms != 0 && !pause(std::chrono::milliseconds(faults_.delay_ms)))
+        return;
+    ++served_;
+    if (faults_.drop_every != 0 && served_ % faults_.drop_every == 0)
+        return;
+    answer given = blade_->execute(job.asked);
+    apply(faults_, given);
+    job.deliver(given);
+}
+
+// False when the time was cut short because the daemon stops.
+bool worker::pause(std::chrono::milliseconds time)
+{
+    std::unique_lock lock(mutex_);
+    return !changed_.wait_for(lock, time, [this] { return stopping_; });
+}
+
+} // namespace chassisd
