@@ -37,7 +37,9 @@ struct bridge_config {
     std::vector<std::string> workarounds; // FreeIPMI's names of them
     uint32_t timeout_ms = 3000;           // longest wait for the controller
     uint32_t retransmit_ms = 500;
-    uint32_t keepalive_s = 20; // 0: the session is left to time out
+    // An idle session is kept alive at least that often, and more often where a short timeout_ms
+    // makes FreeIPMI give it up earlier; 0: an idle session is closed.
+    uint32_t keepalive_s = 20;
 };
 
 struct blade_config {

@@ -70,6 +70,7 @@ void say_ready(int ready_fd)
 void serve(const chassis_config &config, int ready_fd)
 {
     raise_descriptor_limit();
+    signal(SIGPIPE, SIG_IGN); // who waits for readiness may be gone by then
     const int stop = stop_signals();
     const std::string directory = ruk::host::runtime_directory();
     const chassis served(config);

@@ -39,6 +39,21 @@ def test_tells_the_service_manager_that_it_is_ready(start, tmp_path):
         assert manager.recv(100) == b"STOPPING=1"
 
 
+def test_serves_also_when_nobody_waits_for_its_readiness_any_more(environment):
+    read_end, write_end = os.pipe()
+    os.close(read_end)
+    daemon = subprocess.Popen(
+        [DAEMON, "--simulate", "1", "--ready-fd", str(write_end)],
+        pass_fds=[write_end],
+        env=environment,
+    )
+    os.close(write_end)
+    with pytest.raises(subprocess.TimeoutExpired):
+        daemon.wait(timeout=0.5)
+    daemon.terminate()
+    assert daemon.wait(timeout=10) == 0
+
+
 def test_a_runtime_directory_is_made_for_its_user_alone(start, environment):
     start("--simulate", "1")
     runtime = pathlib.Path(environment["RUK_RUNTIME_DIR"])

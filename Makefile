@@ -1,0 +1,27 @@
+# The two commands of this project, and what they stand on.
+
+BUILD := build/native
+JOBS := $(shell nproc)
+
+.PHONY: all demo test format clean
+
+all:
+	@scripts/install-dependencies build
+	@cmake -S . -B $(BUILD) -G Ninja -DBUILD_TESTING=OFF > /dev/null
+	@cmake --build $(BUILD) -j $(JOBS)
+
+# A simulated chassis and a real controller, read from the shell.
+demo:
+	@scripts/install-dependencies demo
+	@scripts/demo
+
+# Every test, on every architecture.
+test:
+	@scripts/install-dependencies all
+	@scripts/test
+
+format:
+	@git ls-files '*.h' '*.c' '*.cpp' | xargs clang-format -i
+
+clean:
+	@rm -rf build

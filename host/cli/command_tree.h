@@ -1,0 +1,208 @@
+// How a command of the tool is declared. A command is a function from a blade, and what was typed
+// behind the command's name, to a report; declaring it is one statement:
+//
+//     struct entry_choice {
+//         uint16_t id = 0;
+//     };
+//
+//     report get_entry(const blade &at, const entry_choice &chosen);
+//
+//     const noun sel = root.noun_below("sel", "The system event log");
+//     sel.verb("get", "Show one entry", get_entry)
+//         .argument("ID", &entry_choice::id, number<uint16_t>, "Record ID, for example 0x0001");
+//
+// The reader of an argument gets its text and returns its value or throws a usage failure, so that
+// nothing is sent before all that was typed is known to be good.
+#ifndef RUK_HOST_CLI_COMMAND_TREE_H
+#define RUK_HOST_CLI_COMMAND_TREE_H
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/report.h"
+#include "cli/request.h"
+
+namespace cli
+{
+
+// The command that was typed, ready to be run.
+struct command {
+    std::string name; // "sel get"
+    std::function<report(const blade &)> run;
+    bool for_blades = true;
+    bool has_binary = false; // there is something that -o binary could write
+    bool one_blade = false;  // more than one makes no sense
+};
+
+struct no_arguments {
+};
+
+// Reads an argument; a complaint says which one it is about.
+template <typename Value>
+Value read_named(const char *name, Value (*read)(const std::string &), const std::string &text)
+{
+    try {
+        return read(text);
+    } catch (const failure &wrong) {
+        throw usage_failure(std::string(name) + ": " + wrong.what());
+    }
+}
+
+template <typename Arguments>
+class verb
+{
+  public:
+    verb(CLI::App *app, std::shared_ptr<Arguments> arguments, std::shared_ptr<command> declared)
+        : app_(app),
+          arguments_(std::move(arguments)),
+          declared_(std::move(declared))
+    {
+    }
+
+    // An argument that must be there.
+    template <typename Value, typename Owner>
+    verb &argument(const char *name, Value Owner::*field, Value (*read)(const std::string &),
+                   const char *help)
+    {
+        add(name, field, read, help)->option_text(" ")->required();
+        return *this;
+    }
+
+    // Any number of arguments, each read by itself.
+    template <typename Value, typename Owner>
+    verb &arguments(const char *name, std::vector<Value> Owner::*field,
+                    Value (*read)(const std::string &), const char *help)
+    {
+        std::vector<Value> &into = (*arguments_).*field;
+        const auto store = [&into, name, read](const CLI::results_t &texts) {
+            for (const std::string &text : texts)
+                into.push_back(read_named(name, read, text));
+            return true;
+        };
+        app_->add_option(name, store, help)
+            ->type_size(1)
+            ->allow_extra_args()
+            ->expected(0, CLI::detail::expected_max_vector_size)
+            ->option_text(" ");
+        return *this;
+    }
+
+    // An option with a value, "--id"; `metavar` is the value's name in the help.
+    template <typename Value, typename Owner>
+    verb &option(const char *name, const char *metavar, Value Owner::*field,
+                 Value (*read)(const std::string &), const char *help)
+    {
+        add(name, field, read, help)->type_name(metavar);
+        return *this;
+    }
+
+    template <typename Owner>
+    verb &flag(const char *name, bool Owner::*field, const char *help)
+    {
+        app_->add_flag(name, (*arguments_).*field, help);
+        return *this;
+    }
+
+    verb &binary()
+    {
+        declared_->has_binary = true;
+        return *this;
+    }
+
+    verb &one_blade()
+    {
+        declared_->one_blade = true;
+        return *this;
+    }
+
+  private:
+    template <typename Value, typename Owner>
+    CLI::Option *add(const char *name, Value Owner::*field, Value (*read)(const std::string &),
+                     const char *help)
+    {
+        Value &into = (*arguments_).*field;
+        const auto store = [&into, name, read](const CLI::results_t &texts) {
+            into = read_named(name, read, texts.back());
+            return true;
+        };
+        return app_->add_option(name, store, help);
+    }
+
+    CLI::App *app_;
+    std::shared_ptr<Arguments> arguments_;
+    std::shared_ptr<command> declared_;
+};
+
+class noun
+{
+  public:
+    // `chosen` receives the command that is found on the command line.
+    noun(CLI::App *app, std::string path, std::shared_ptr<command> chosen)
+        : app_(app),
+          path_(std::move(path)),
+          chosen_(std::move(chosen))
+    {
+    }
+
+    // A noun below this one.
+    cli::noun noun_below(const char *name, const char *help) const;
+
+    template <typename Arguments>
+    cli::verb<Arguments> verb(const char *name, const char *help,
+                              report (*handler)(const blade &, const Arguments &)) const
+    {
+        auto arguments = std::make_shared<Arguments>();
+        const auto run = [handler, arguments](const blade &at) { return handler(at, *arguments); };
+        return declare<Arguments>(name, help, arguments, {full_name(name), run});
+    }
+
+    cli::verb<no_arguments> verb(const char *name, const char *help,
+                                 report (*handler)(const blade &)) const
+    {
+        return declare<no_arguments>(name, help, nullptr, {full_name(name), handler});
+    }
+
+    // A command that is for no blade.
+    void local_verb(const char *name, const char *help, report (*handler)()) const
+    {
+        command local{full_name(name), [handler](const blade &) { return handler(); }};
+        local.for_blades = false;
+        declare<no_arguments>(name, help, nullptr, std::move(local));
+    }
+
+  private:
+    std::string full_name(const char *name) const
+    {
+        return path_.empty() ? name : path_ + " " + name;
+    }
+
+    template <typename Arguments>
+    cli::verb<Arguments> declare(const char *name, const char *help,
+                                 std::shared_ptr<Arguments> arguments, command described) const
+    {
+        auto declared = std::make_shared<command>(std::move(described));
+        CLI::App *app = add_subcommand(name, help);
+        app->final_callback([chosen = chosen_, declared] { *chosen = *declared; });
+        return {app, std::move(arguments), declared};
+    }
+
+    CLI::App *add_subcommand(const char *name, const char *help) const;
+
+    CLI::App *app_;
+    std::string path_;
+    std::shared_ptr<command> chosen_;
+};
+
+// The nouns, one file each.
+void add_fru(const noun &root);
+void add_raw(const noun &root);
+void add_sdr(const noun &root);
+void add_sel(const noun &root);
+void add_version(const noun &root);
+
+} // namespace cli
+
+#endif

@@ -1,0 +1,100 @@
+// Requests to a blade, for the commands to build on: each returns the answer or throws why there
+// is none.
+#ifndef RUK_HOST_CLI_REQUEST_H
+#define RUK_HOST_CLI_REQUEST_H
+
+#include <algorithm>
+
+#include "cli/failure.h"
+#include "cli/numbers.h"
+#include "ruk_ipmi.h"
+
+namespace cli
+{
+
+// The blade that a command is run for.
+struct blade {
+    blade_location location;
+    bool utc = false; // show times in UTC
+};
+
+// Calls a function of the library whose last argument is its output.
+template <typename Answer, typename Function, typename... Arguments>
+Answer ask(const request_name &request, const blade &at, Function function, Arguments... arguments)
+{
+    Answer answer{};
+    check(request, static_cast<uint32_t>(function(&at.location, arguments..., &answer)));
+    return answer;
+}
+
+// Sends a request bare: one that the library has no function for, or whose answer's length matters.
+// Returns what follows the completion code, at least `shortest` bytes.
+bytes exchange(const request_name &request, const blade &at, const bytes &payload,
+               size_t shortest = 0);
+
+// Where an answer stops short, the library's functions leave zeros, and do not tell. So what ends
+// in a zero is to be looked at a second time, by the bare exchange.
+inline bool may_be_cut_short(const bytes &answer)
+{
+    return answer.empty() || answer.back() == 0;
+}
+
+// Completion codes on which a command goes on in another way.
+constexpr uint32_t no_such_record = 0xCB;
+constexpr uint32_t reservation_lost = 0xC5;
+
+// Whether a blade refuses a transfer for its length. Some controllers say nothing better than
+// "unspecified".
+bool too_long(const failure &refusal);
+
+// Uses a reservation, and makes a new one when the blade has cancelled it, which it does at every
+// change.
+template <typename Reserve, typename Use>
+auto under_reservation(uint16_t &reservation, Reserve reserve, Use use)
+{
+    constexpr int patience = 5;
+    for (int lost = 1;; ++lost) {
+        try {
+            return use(reservation);
+        } catch (const failure &refusal) {
+            if (refusal.code != reservation_lost || lost == patience)
+                throw;
+            reservation = reserve();
+        }
+    }
+}
+
+// Transfers `total` units by `move(offset, count)`, which returns how many it moved. Begins with
+// stretches of `longest` units and halves them when the blade finds one too long.
+template <typename Move>
+void in_stretches(size_t total, size_t longest, Move move)
+{
+    for (size_t done = 0; done < total;) {
+        const size_t count = std::min(longest, total - done);
+        try {
+            const size_t moved = move(done, count);
+            if (moved == 0)
+                throw failure(exit_refused, "the blade gives nothing from offset " +
+                                                std::to_string(done) + " on");
+            done += std::min(moved, count);
+        } catch (const failure &refusal) {
+            if (!too_long(refusal) || count == 1)
+                throw;
+            longest = count / 2;
+        }
+    }
+}
+
+inline uint16_t load_le16(const uint8_t *from)
+{
+    return static_cast<uint16_t>(from[0] | from[1] << 8);
+}
+
+inline uint32_t load_le32(const uint8_t *from)
+{
+    return load_le16(from) | static_cast<uint32_t>(load_le16(from + 2)) << 16;
+}
+
+} // namespace cli
+
+#endif

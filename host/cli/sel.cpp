@@ -1,0 +1,171 @@
+// The system event log: its summary, its entries, its clock, its erasure.
+
+#include <chrono>
+#include <ctime>
+#include <thread>
+
+#include "cli/command_tree.h"
+#include "cli/records.h"
+#include "cli/sel_entry.h"
+#include "cli/times.h"
+
+namespace cli
+{
+
+namespace
+{
+
+const request_name get_sel_info = {0x0A40, "Get SEL Info"};
+const request_name reserve_sel = {0x0A42, "Reserve SEL"};
+const request_name get_sel_entry = {0x0A43, "Get SEL Entry"};
+const request_name clear_sel = {0x0A47, "Clear SEL"};
+const request_name get_sel_time = {0x0A48, "Get SEL Time"};
+const request_name set_sel_time = {0x0A49, "Set SEL Time"};
+const request_name set_sel_utc_offset = {0x0A5D, "Set SEL Time UTC Offset"};
+
+report info(const blade &at)
+{
+    const auto log = ask<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
+    return tell({{"version", version_text(log.version)},
+                 {"entries", log.entries},
+                 {"free_bytes", log.free_space},
+                 {"last_addition", format_time(load_le32(log.addition_time), at.utc)},
+                 {"last_erase", format_time(load_le32(log.erase_time), at.utc)},
+                 {"overflow", (log.operation_support & 0x80) != 0},
+                 {"operations", repository_operations(log.operation_support)}});
+}
+
+chained_record entry(const blade &at, uint16_t id)
+{
+    const auto found = ask<sel_entry>(get_sel_entry, at, ipmi_location_get_sel_entry, id);
+    const bytes record(std::begin(found.record), std::end(found.record));
+    if (may_be_cut_short(record)) {
+        const bytes payload = {0, 0,   static_cast<uint8_t>(id), static_cast<uint8_t>(id >> 8),
+                               0, 0xFF};
+        exchange(get_sel_entry, at, payload, sizeof found.next_record_id + sel_record_size);
+    }
+    return {found.next_record_id, record};
+}
+
+report list(const blade &at)
+{
+    const auto log = ask<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
+    return list_records(
+        at, "entries", log.entries, [&](uint16_t id) { return entry(at, id); },
+        [&](const bytes &record) { return entry_summary(record.data(), at.utc); });
+}
+
+struct entry_choice {
+    uint16_t id = 0;
+};
+
+report get(const blade &at, const entry_choice &chosen)
+{
+    const chained_record found = entry(at, chosen.id);
+    return tell(entry_details(found.record.data(), at.utc), found.record);
+}
+
+uint16_t reserve(const blade &at)
+{
+    return ask<sel_reservation>(reserve_sel, at, ipmi_location_reserve_sel).reservation_id;
+}
+
+report clear(const blade &at)
+{
+    using std::chrono::steady_clock;
+    constexpr auto patience = std::chrono::seconds(60);
+    constexpr auto pause = std::chrono::milliseconds(100);
+    constexpr uint8_t erased = 1;
+
+    uint16_t reservation = reserve(at);
+    const auto step = [&](uint8_t action) {
+        return under_reservation(
+            reservation, [&] { return reserve(at); },
+            [&](uint16_t id) {
+                return ask<sel_clear_status>(clear_sel, at, ipmi_location_clear_sel, id, action)
+                    .progress;
+            });
+    };
+    const auto deadline = steady_clock::now() + patience;
+    uint8_t state = step(SEL_CLEAR_INITIATE);
+    while ((state & 0x0F) != erased) {
+        if (steady_clock::now() > deadline)
+            throw failure(exit_refused, "the log is still being erased after 60 s");
+        std::this_thread::sleep_for(pause);
+        state = step(SEL_CLEAR_GET_STATUS);
+    }
+    return tell({{"erased", true}});
+}
+
+report get_time(const blade &at)
+{
+    const bytes answer = exchange(get_sel_time, at, {}, 4);
+    const uint32_t seconds = load_le32(answer.data());
+    return tell({{"time", format_time(seconds, at.utc)}, {"seconds", seconds}});
+}
+
+struct time_choice {
+    std::optional<uint32_t> time; // none: the time when it is sent
+};
+
+std::optional<uint32_t> now_or_time(const std::string &text)
+{
+    if (text == "now")
+        return std::nullopt;
+    return parse_time(text);
+}
+
+report set_time(const blade &at, const time_choice &chosen)
+{
+    const uint32_t seconds = chosen.time.value_or(static_cast<uint32_t>(time(nullptr)));
+    ask<uint8_t>(set_sel_time, at, ipmi_location_set_sel_time, seconds);
+    return tell({{"time", format_time(seconds, at.utc)}, {"seconds", seconds}});
+}
+
+struct offset_choice {
+    int minutes = 0;
+};
+
+// Minutes east of UTC, a day at the most; 2047 takes a setting back.
+int utc_offset(const std::string &text)
+{
+    constexpr int64_t day = 24 * 60;
+    constexpr int64_t not_specified = 2047;
+    const int64_t minutes = parse_number(text, -day, not_specified);
+    if (minutes > day && minutes != not_specified)
+        throw usage_failure(text + " is not from -1440 to 1440, nor 2047 (not specified)");
+    return static_cast<int>(minutes);
+}
+
+report set_utc_offset(const blade &at, const offset_choice &chosen)
+{
+    ask<uint8_t>(set_sel_utc_offset, at, ipmi_location_set_sel_time_offset, chosen.minutes);
+    return tell({{"utc_offset_minutes", chosen.minutes}});
+}
+
+} // namespace
+
+void add_sel(const noun &root)
+{
+    const noun sel = root.noun_below("sel", "The system event log (SEL)");
+    sel.verb("info", "Show the log's size, room and latest changes", info);
+    sel.verb("list", "Show all entries, oldest first", list).binary();
+    sel.verb("get", "Show one entry with all it holds", get)
+        .argument("ID", &entry_choice::id, number<uint16_t>,
+                  "Record ID, e.g. 0x0001; 0x0000 is the first, 0xFFFF the last")
+        .binary();
+    sel.verb("clear", "Erase all entries and wait until they are gone", clear);
+
+    const noun clock = sel.noun_below("time", "The clock that stamps the entries");
+    clock.verb("get", "Show the clock", get_time);
+    clock.verb("set", "Set the clock", set_time)
+        .argument("TIME", &time_choice::time, now_or_time,
+                  "now, a time with its zone like 2026-03-01T10:20:30Z, or seconds since 1970");
+
+    const noun offset = sel.noun_below("utc-offset", "The clock's distance from UTC");
+    offset.verb("set", "Set the distance", set_utc_offset)
+        .argument("MINUTES", &offset_choice::minutes, utc_offset,
+                  "Minutes east of UTC, -1440 to 1440; 2047: not specified");
+}
+
+} // namespace cli

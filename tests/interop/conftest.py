@@ -1,0 +1,143 @@
+"""A chassis whose blades are ipmi_sim controllers, and the tool to ask them with."""
+
+import dataclasses
+import json
+import os
+import pathlib
+import signal
+import subprocess
+
+import pytest
+
+import sim
+
+PROGRAMS = pathlib.Path(os.environ["RUK_BUILD_DIR"]) / "bin"
+
+# How long the chassis waits for a controller, and the longest that the tool may then take.
+TIMEOUT_MS = 1500
+PATIENCE = 5
+
+BLADE = """
+[[blade]]
+slot = {slot}
+kind = "bridge"
+host = "{host}"
+port = {port}
+username = "{username}"
+password_file = "{password_file}"
+privilege = "{privilege}"
+cipher_suite = {cipher_suite}
+workarounds = ["opensesspriv"]  # without it ipmi_sim hashes another privilege than FreeIPMI
+timeout_ms = {timeout_ms}
+"""
+
+
+@dataclasses.dataclass
+class Chassis:
+    """A running daemon with one blade per controller, slot 1 being the first."""
+
+    directory: pathlib.Path
+    controllers: list
+
+    @property
+    def environment(self):
+        return dict(os.environ, RUK_RUNTIME_DIR=str(self.directory / "run"), RUK_LOG="none")
+
+    def tool(self, slot, *arguments, input=None):
+        """Runs ruk-ipmi for a slot; its output stays bytes."""
+        return subprocess.run(
+            [PROGRAMS / "ruk-ipmi", "-b", str(slot), *map(str, arguments)],
+            env=self.environment,
+            input=input,
+            capture_output=True,
+            timeout=30,
+        )
+
+    def read(self, slot, *arguments):
+        """What ruk-ipmi printed; fails unless it was fine."""
+        done = self.tool(slot, *arguments)
+        assert done.returncode == 0, done.stderr.decode()
+        return done.stdout
+
+    def read_json(self, slot, *arguments):
+        return json.loads(self.read(slot, "-o", "json", *arguments))
+
+
+def start_daemon(chassis, blades):
+    """Blades are dictionaries of what differs from the usual: at least slot and port."""
+    usual = dict(
+        host=sim.ADDRESS,
+        username=sim.USERNAME,
+        password_file="password",
+        privilege="admin",
+        cipher_suite=3,
+        timeout_ms=TIMEOUT_MS,
+    )
+    for name, password in [("password", sim.PASSWORD), ("wrong-password", "guess")]:
+        path = chassis.directory / name
+        path.write_text(password + "\n")
+        path.chmod(0o600)
+    config = chassis.directory / "chassis.toml"
+    config.write_text(
+        '[chassis]\nname = "interop"\nslots = 16\n'
+        + "".join(BLADE.format(**{**usual, **blade}) for blade in blades)
+    )
+    read_end, write_end = os.pipe()
+    daemon = subprocess.Popen(
+        [PROGRAMS / "ruk-chassisd", "--config", config, "--ready-fd", str(write_end)],
+        pass_fds=[write_end],
+        env=chassis.environment,
+    )
+    os.close(write_end)
+    with os.fdopen(read_end) as ready:
+        said = ready.read()
+    if said != "ready\n":
+        daemon.kill()
+        daemon.wait()
+        pytest.fail("ruk-chassisd did not get ready")
+    return daemon
+
+
+@pytest.fixture
+def run_chassis(tmp_path):
+    """Starts a daemon for blades and controllers that the test describes."""
+    daemons = []
+
+    def run(blades, controllers=()):
+        directory = tmp_path / f"chassis{len(daemons)}"
+        directory.mkdir()
+        chassis = Chassis(directory, list(controllers))
+        daemons.append(start_daemon(chassis, blades))
+        return chassis
+
+    yield run
+    for daemon in daemons:
+        daemon.send_signal(signal.SIGTERM)
+    for daemon in daemons:
+        assert daemon.wait(timeout=10) == 0
+
+
+@pytest.fixture
+def controllers(tmp_path):
+    """Two controllers, which differ in their names, records and inventories."""
+    ports = sim.free_ports(2)
+    started = [
+        sim.Controller(port, tmp_path / name, name, manufacturer)
+        for port, name, manufacturer in zip(ports, ["first", "second"], [0x0F0001, 0x0F0002])
+    ]
+    try:
+        for controller in started:
+            controller.start()
+        yield started
+    finally:
+        for controller in started:
+            controller.stop()
+
+
+@pytest.fixture
+def chassis(controllers, run_chassis):
+    """The two controllers in slots 1 and 2."""
+    blades = [
+        dict(slot=slot, port=controller.port) for slot, controller in enumerate(controllers, 1)
+    ]
+    return run_chassis(blades, controllers)
