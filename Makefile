@@ -21,6 +21,7 @@ test:
 	@scripts/test
 
 format:
+	@scripts/install-dependencies format
 	@git ls-files '*.h' '*.c' '*.cpp' | xargs clang-format -i
 
 clean:

@@ -87,24 +87,25 @@ void serve(const chassis_config &config, int ready_fd)
 
 int main(int argc, char **argv)
 {
-    CLI::App app{"Serves the blades of a chassis to the IPMI clients of this machine."};
+    CLI::App app{"Serves the blades of a chassis to the IPMI clients of this machine.",
+                 "ruk-chassisd"};
     app.footer("The runtime directory is $RUK_RUNTIME_DIR, else /run/ruk for root, else "
                "$XDG_RUNTIME_DIR/ruk.\nThe log goes to standard error as $RUK_LOG says: none, "
-               "error, notice, debug or\nverbose, with \"syslog:\" before it for the system's "
-               "log.");
+               "error, notice (the\ndefault), debug or verbose, with \"syslog:\" before it for "
+               "the system's log.");
     std::string config_path;
     unsigned simulated = 0;
     int ready_fd = -1;
     bool check = false;
     auto *config_option =
-        app.add_option("--config", config_path, "Chassis description, TOML")->type_name("FILE");
+        app.add_option("--config", config_path, "Chassis description, TOML")->option_text("FILE");
     app.add_option("--simulate", simulated, "Serve N simulated blades in slots 1 to N, no file")
-        ->type_name("N")
+        ->option_text("N")
         ->check(CLI::Range(1, 255))
         ->excludes(config_option);
     app.add_flag("--check", check, "Only check the file, then exit")->needs(config_option);
     app.add_option("--ready-fd", ready_fd, "Write \"ready\" to this descriptor once serving")
-        ->type_name("FD")
+        ->option_text("FD")
         ->check(CLI::NonNegativeNumber);
     app.set_version_flag("--version", "ruk-chassisd " RUK_IPMI_VERSION);
     try {
@@ -115,6 +116,7 @@ int main(int argc, char **argv)
         return app.exit(error) == 0 ? 0 : exit_usage;
     }
 
+    setenv("RUK_LOG", "notice", false);
     try {
         const chassis_config config =
             simulated != 0 ? simulated_chassis(simulated) : load_config(config_path);
