@@ -4,8 +4,8 @@ import dataclasses
 import json
 import os
 import pathlib
-import signal
 import subprocess
+import tempfile
 
 import pytest
 
@@ -63,7 +63,7 @@ class Chassis:
         return json.loads(self.read(slot, "-o", "json", *arguments))
 
 
-def start_daemon(chassis, blades):
+def write_configuration(chassis, blades):
     """Blades are dictionaries of what differs from the usual: at least slot and port."""
     usual = dict(
         host=sim.ADDRESS,
@@ -82,39 +82,20 @@ def start_daemon(chassis, blades):
         '[chassis]\nname = "interop"\nslots = 16\n'
         + "".join(BLADE.format(**{**usual, **blade}) for blade in blades)
     )
-    read_end, write_end = os.pipe()
-    daemon = subprocess.Popen(
-        [PROGRAMS / "ruk-chassisd", "--config", config, "--ready-fd", str(write_end)],
-        pass_fds=[write_end],
-        env=chassis.environment,
-    )
-    os.close(write_end)
-    with os.fdopen(read_end) as ready:
-        said = ready.read()
-    if said != "ready\n":
-        daemon.kill()
-        daemon.wait()
-        pytest.fail("ruk-chassisd did not get ready")
-    return daemon
+    return config
 
 
 @pytest.fixture
-def run_chassis(tmp_path):
+def run_chassis(start, tmp_path):
     """Starts a daemon for blades and controllers that the test describes."""
-    daemons = []
 
     def run(blades, controllers=()):
-        directory = tmp_path / f"chassis{len(daemons)}"
-        directory.mkdir()
-        chassis = Chassis(directory, list(controllers))
-        daemons.append(start_daemon(chassis, blades))
+        directory = tempfile.mkdtemp(prefix="chassis", dir=tmp_path)
+        chassis = Chassis(pathlib.Path(directory), list(controllers))
+        start("--config", write_configuration(chassis, blades), **chassis.environment)
         return chassis
 
-    yield run
-    for daemon in daemons:
-        daemon.send_signal(signal.SIGTERM)
-    for daemon in daemons:
-        assert daemon.wait(timeout=10) == 0
+    return run
 
 
 @pytest.fixture

@@ -2,6 +2,7 @@
 
 import os
 import pathlib
+import signal
 import subprocess
 
 import pytest
@@ -35,5 +36,6 @@ def start(environment):
 
     yield start_daemon
     for daemon in started:
-        daemon.kill()
-        daemon.wait()
+        daemon.terminate()
+    for daemon in started:
+        assert daemon.wait(timeout=10) in (0, -signal.SIGKILL), "it stops cleanly, unless killed"
