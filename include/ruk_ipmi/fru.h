@@ -56,9 +56,8 @@ RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info 
  * Read FRU Data (command 0x11): one stretch of an area. Waits up to 1000 ticks.
  *
  * Copies as many bytes as the blade says it returned, `capacity` at the most, whatever the result;
- * `capacity` is all that protects the buffer. At most 453 bytes travel in one answer and a count
- * is one byte, so a stretch never exceeds 255 bytes. Writes two debug lines and a dump of the
- * buffer.
+ * `capacity` is all that protects the buffer. The blade's count is one byte, so a stretch never
+ * exceeds 255 bytes. Writes two debug lines and a dump of the buffer.
  *
  * @param location  the blade; not null
  * @param fru_id    FRU device ID
