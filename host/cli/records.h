@@ -11,6 +11,16 @@
 namespace cli
 {
 
+// A repository's info. Every one supports some operation: one without may have been cut short.
+template <typename Info, typename Function>
+Info ask_info(const request_name &request, const blade &at, Function function)
+{
+    const auto info = ask<Info>(request, at, function);
+    if (info.operation_support == 0)
+        exchange(request, at, {}, sizeof info - sizeof info.completion_code);
+    return info;
+}
+
 // A record, and the ID of the one after it.
 struct chained_record {
     uint16_t next = 0;

@@ -18,7 +18,7 @@ const request_name get_sdr = {0x0A23, "Get SDR"};
 report info(const blade &at)
 {
     const auto repository =
-        ask<sdr_repository_info>(get_repository_info, at, ipmi_location_get_sdr_info);
+        ask_info<sdr_repository_info>(get_repository_info, at, ipmi_location_get_sdr_info);
     return tell({{"version", version_text(repository.version)},
                  {"records", repository.records},
                  {"free_bytes", repository.free_space},
@@ -109,7 +109,7 @@ class record_reader
 report list(const blade &at)
 {
     const auto repository =
-        ask<sdr_repository_info>(get_repository_info, at, ipmi_location_get_sdr_info);
+        ask_info<sdr_repository_info>(get_repository_info, at, ipmi_location_get_sdr_info);
     record_reader reader(at);
     return list_records(
         at, "records", repository.records, [&](uint16_t id) { return reader.read(id); },

@@ -25,7 +25,7 @@ const request_name set_sel_utc_offset = {0x0A5D, "Set SEL Time UTC Offset"};
 
 report info(const blade &at)
 {
-    const auto log = ask<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
+    const auto log = ask_info<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
     return tell({{"version", version_text(log.version)},
                  {"entries", log.entries},
                  {"free_bytes", log.free_space},
@@ -49,7 +49,7 @@ chained_record entry(const blade &at, uint16_t id)
 
 report list(const blade &at)
 {
-    const auto log = ask<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
+    const auto log = ask_info<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
     return list_records(
         at, "entries", log.entries, [&](uint16_t id) { return entry(at, id); },
         [&](const bytes &record) { return entry_summary(record.data(), at.utc); });

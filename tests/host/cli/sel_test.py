@@ -163,3 +163,16 @@ def test_an_entry_that_comes_cut_short_is_a_failure(ruk_ipmi, made_up_blade):
     ended = ruk_ipmi("-b", "1", "sel", "get", "1")
     assert ended.returncode == 1
     assert ended.stderr == "blade 1: Get SEL Entry: the answer has 4 bytes, not 19\n"
+
+
+def test_a_summary_that_comes_cut_short_is_a_failure(ruk_ipmi, made_up_blade):
+    made_up_blade.answer(0x0A40)(lambda _: b"\x00\x51\x0c\x00")
+    ended = ruk_ipmi("-b", "1", "sel", "info")
+    assert ended.returncode == 1
+    assert ended.stderr == "blade 1: Get SEL Info: the answer has 4 bytes, not 15\n"
+
+
+def test_an_entry_that_ends_in_a_zero_is_whole_all_the_same(ruk_ipmi, made_up_blade):
+    record = bytes.fromhex("0100 02 00000000 2000 04 01 10 01 57 27 00")
+    made_up_blade.answer(0x0A43)(lambda _: b"\x00\xff\xff" + record)
+    assert ruk_ipmi("-b", "1", "sel", "get", "1", "-o", "binary").stdout == record
