@@ -40,11 +40,13 @@ typedef struct RUK_IPMI_PACKED fru_read_request {
 enum { FRU_WRITE_MAX = 251 };
 
 /**
- * Get FRU Inventory Area Info (command 0x10): how large an area is. Waits up to 500 ticks.
+ * Get FRU Inventory Area Info (network function 0x0A, command 0x10): how large an area is. Waits up
+ * to 500 ticks.
  *
  * @param location  the blade; not null
  * @param fru_id    FRU device ID, 0 for the blade's own
  * @param out       receives 4 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_get_fru_info(const blade_location *location, uint8_t fru_id,
                                             fru_area_info *out);
@@ -53,7 +55,8 @@ RUK_IPMI_API int ipmi_location_get_fru_info(const blade_location *location, uint
 RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info *out);
 
 /**
- * Read FRU Data (command 0x11): one stretch of an area. Waits up to 1000 ticks.
+ * Read FRU Data (network function 0x0A, command 0x11): one stretch of an area. Waits up to 1000
+ * ticks.
  *
  * Copies as many bytes as the blade says it returned, `capacity` at the most, whatever the result;
  * `capacity` is all that protects the buffer. The blade's count is one byte, so a stretch never
@@ -66,6 +69,7 @@ RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info 
  * @param count     bytes (words) to read
  * @param capacity  bytes that fit `out->buffer`
  * @param out       `buffer` is read, `completion_code` and `count` are written; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_read_fru(const blade_location *location, uint8_t fru_id,
                                         uint16_t offset, uint8_t count, uint32_t capacity,
@@ -76,8 +80,8 @@ RUK_IPMI_API int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, u
                                uint32_t capacity, fru_read_request *out);
 
 /**
- * Write FRU Data (command 0x12): one stretch of an area. Waits up to 500 ticks. How many bytes the
- * blade took is not passed back.
+ * Write FRU Data (network function 0x0A, command 0x12): one stretch of an area. Waits up to 500
+ * ticks. How many bytes the blade took is not passed back.
  *
  * @param location  the blade; not null
  * @param fru_id    FRU device ID
@@ -85,6 +89,7 @@ RUK_IPMI_API int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, u
  * @param length    bytes to write, at most `FRU_WRITE_MAX`; more is refused without a log line
  * @param data      `length` bytes; not checked
  * @param out       receives 1 byte, the completion code; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_write_fru(const blade_location *location, uint8_t fru_id,
                                          uint16_t offset, uint32_t length, const uint8_t *data,

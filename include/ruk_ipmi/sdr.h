@@ -48,19 +48,21 @@ typedef struct RUK_IPMI_PACKED sdr_record {
 } sdr_record;
 
 /**
- * Get SDR Repository Info (command 0x20): the summary of the repository.
+ * Get SDR Repository Info (network function 0x0A, command 0x20): the summary of the repository.
  *
  * @param location  the blade; not null
  * @param out       receives 15 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_get_sdr_info(const blade_location *location,
                                             sdr_repository_info *out);
 
 /**
- * Reserve SDR Repository (command 0x22): a reservation for reading records.
+ * Reserve SDR Repository (network function 0x0A, command 0x22): a reservation for reading records.
  *
  * @param location  the blade; not checked: a null pointer is dereferenced
  * @param out       receives 3 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *out);
 
@@ -68,13 +70,14 @@ RUK_IPMI_API int ipmi_location_reserve_sdr(const blade_location *location, sdr_r
 RUK_IPMI_API int ipmi_reserve_sdr(int blade_num, sdr_reservation *out);
 
 /**
- * Get SDR (command 0x23): one whole record. To walk the repository, start with record 0x0000 and
- * follow `next_record_id` until it is 0xFFFF.
+ * Get SDR (network function 0x0A, command 0x23): one whole record. To walk the repository, start
+ * with record 0x0000 and follow `next_record_id` until it is 0xFFFF.
  *
  * @param location        the blade; not null
  * @param reservation_id  of `ipmi_location_reserve_sdr`
  * @param record_id       0x0000 the first record
  * @param out             receives 258 bytes, whatever the record's own length; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_get_sdr(const blade_location *location, uint16_t reservation_id,
                                        uint16_t record_id, sdr_record *out);

@@ -57,13 +57,15 @@ enum {
 };
 
 /**
- * Set SEL Time (command 0x49): sets the clock that stamps the blade's events.
+ * Set SEL Time (network function 0x0A, command 0x49): sets the clock that stamps the blade's
+ * events.
  *
  * Writes a debug line with the time, or an error line with the completion code.
  *
  * @param location  the blade; not null
  * @param time      seconds since 1970-01-01 00:00 UTC, sent as 4 bytes, least significant first
  * @param out       receives 1 byte, the completion code; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_set_sel_time(const blade_location *location, uint32_t time,
                                             uint8_t *out);
@@ -72,7 +74,7 @@ RUK_IPMI_API int ipmi_location_set_sel_time(const blade_location *location, uint
 RUK_IPMI_API int ipmi_set_sel_time(int blade_num, uint32_t time, uint8_t *out);
 
 /**
- * Set SEL Time UTC Offset (command 0x5D).
+ * Set SEL Time UTC Offset (network function 0x0A, command 0x5D).
  *
  * Writes a debug line with the offset; a refusal adds an error line and a dump of the request.
  *
@@ -81,45 +83,50 @@ RUK_IPMI_API int ipmi_set_sel_time(int blade_num, uint32_t time, uint8_t *out);
  *                  Its low 16 bits are sent in two's complement, 2 bytes, least significant first;
  *                  no range is checked.
  * @param out       receives 1 byte, the completion code; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_set_sel_time_offset(const blade_location *location, int offset,
                                                    uint8_t *out);
 
 /**
- * Reserve SEL (command 0x42): a reservation for `ipmi_location_clear_sel`.
+ * Reserve SEL (network function 0x0A, command 0x42): a reservation for `ipmi_location_clear_sel`.
  *
  * @param location  the blade; not null
  * @param out       receives 3 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_reserve_sel(const blade_location *location, sel_reservation *out);
 
 /**
- * Get SEL Info (command 0x40): the summary of the log.
+ * Get SEL Info (network function 0x0A, command 0x40): the summary of the log.
  *
  * @param location  the blade; not null
  * @param out       receives 15 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_get_sel_info(const blade_location *location, sel_info *out);
 
 /**
- * Get SEL Entry (command 0x43): one whole record. No reservation is needed. To walk the log, start
- * with record 0x0000 and follow `next_record_id` until it is 0xFFFF.
+ * Get SEL Entry (network function 0x0A, command 0x43): one whole record. No reservation is needed.
+ * To walk the log, start with record 0x0000 and follow `next_record_id` until it is 0xFFFF.
  *
  * @param location   the blade; not checked: a null pointer is dereferenced
  * @param record_id  0x0000 the first record, 0xFFFF the last
  * @param out        receives 19 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_get_sel_entry(const blade_location *location, uint16_t record_id,
                                              sel_entry *out);
 
 /**
- * Clear SEL (command 0x47): one step of erasing the log. Reserve it, call this once with
- * `SEL_CLEAR_INITIATE`, then with `SEL_CLEAR_GET_STATUS` until the progress is 1.
+ * Clear SEL (network function 0x0A, command 0x47): one step of erasing the log. Reserve it, call
+ * this once with `SEL_CLEAR_INITIATE`, then with `SEL_CLEAR_GET_STATUS` until the progress is 1.
  *
  * @param location        the blade; not null
  * @param reservation_id  of `ipmi_location_reserve_sel`
  * @param action          `SEL_CLEAR_INITIATE` or `SEL_CLEAR_GET_STATUS`; all else is refused
  * @param out             receives 2 bytes; not null
+ * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_clear_sel(const blade_location *location, uint16_t reservation_id,
                                          uint8_t action, sel_clear_status *out);
