@@ -10,12 +10,9 @@ import tempfile
 import pytest
 
 import sim
+from waits import TIMEOUT_MS
 
 PROGRAMS = pathlib.Path(os.environ["RUK_BUILD_DIR"]) / "bin"
-
-# How long the chassis waits for a controller, and the longest that the tool may then take.
-TIMEOUT_MS = 1500
-PATIENCE = 5
 
 BLADE = """
 [[blade]]

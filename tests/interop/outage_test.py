@@ -7,7 +7,7 @@ import time
 import pytest
 
 import sim
-from conftest import PATIENCE, TIMEOUT_MS
+from waits import PATIENCE, TIMEOUT_MS
 
 NO_ANSWER = 4
 

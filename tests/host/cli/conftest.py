@@ -9,10 +9,10 @@ import pytest
 
 from made_up_blade import MadeUpBlade
 
-TOOL = pathlib.Path(os.environ["RUK_BUILD_DIR"]) / "bin/ruk-ipmi"
-
 
 class Tool:
+    path = pathlib.Path(os.environ["RUK_BUILD_DIR"]) / "bin/ruk-ipmi"
+
     def __init__(self, environment):
         self.environment = dict(environment, TZ="UTC")
         del self.environment["RUK_LOG"]
@@ -20,7 +20,7 @@ class Tool:
     def __call__(self, *arguments, stdin=b"", **changes):
         """Runs it; the result's standard output is bytes, its standard error text."""
         ended = subprocess.run(
-            [TOOL, *map(str, arguments)],
+            [self.path, *map(str, arguments)],
             env=dict(self.environment, **changes),
             input=stdin,
             capture_output=True,
