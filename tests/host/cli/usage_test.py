@@ -148,7 +148,10 @@ def test_the_log_level_that_the_user_set_is_kept(ruk_ipmi):
 def test_output_that_cannot_be_written_is_a_failure(ruk_ipmi, chassis, environment):
     with open("/dev/full", "wb") as full:
         ended = subprocess.run(
-            [ruk_ipmi.path, "-b", "1", "sel", "list"], env=environment, stdout=full, stderr=subprocess.PIPE
+            [ruk_ipmi.path, "-b", "1", "sel", "list"],
+            env=environment,
+            stdout=full,
+            stderr=subprocess.PIPE,
         )
     assert ended.returncode == 1
     assert ended.stderr == b"ruk-ipmi: cannot write all of standard output\n"
