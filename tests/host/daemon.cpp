@@ -79,15 +79,6 @@ unsigned chassis_daemon::descriptors() const
     return static_cast<unsigned>(std::distance(begin(open), end(open)));
 }
 
-unsigned long chassis_daemon::resident_kib() const
-{
-    std::ifstream status("/proc/" + std::to_string(pid_) + "/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmRSS:", 0) == 0)
-            return std::stoul(line.substr(6));
-    return 0;
-}
-
 ipmi_request sel_entry_request(uint8_t slot, uint16_t record_id, uint32_t mark)
 {
     ipmi_request request{};

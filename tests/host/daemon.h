@@ -26,13 +26,10 @@ class chassis_daemon
     // Sends the signal and waits for the end: the exit status, or minus the signal's number.
     int stop(int signal);
 
-    pid_t pid() const { return pid_; }
-    const std::string &directory() const { return directory_; }
     std::string socket() const { return directory_ + "/run/ipmi.sock"; }
 
-    // Descriptors that the daemon holds, and its memory in KiB.
+    // How many descriptors the daemon holds.
     unsigned descriptors() const;
-    unsigned long resident_kib() const;
 
   private:
     std::string directory_;

@@ -34,11 +34,18 @@ TEST(Faults, EveryNthRequestIsLeftWithoutAnAnswer)
     }
 }
 
-TEST(Faults, EveryRequestIsRefused)
+// What comes back from a blade with these faults.
+ipmi_response answer_with(const std::string &faults)
 {
-    const chassis_daemon served(blade_with("completion_code = 0xC0"));
+    const chassis_daemon served(blade_with(faults));
     ipmi_response response;
     EXPECT_EQ(0u, exchange(response));
+    return response;
+}
+
+TEST(Faults, EveryRequestIsRefused)
+{
+    const ipmi_response response = answer_with("completion_code = 0xC0");
     EXPECT_EQ(0xC0u, response.comp_code);
     EXPECT_EQ(1u, response.data_len);
     EXPECT_EQ(0xC0, response.data[0]);
@@ -46,27 +53,21 @@ TEST(Faults, EveryRequestIsRefused)
 
 TEST(Faults, AnswersAreCutShort)
 {
-    const chassis_daemon served(blade_with("truncate_to = 5"));
-    ipmi_response response;
-    EXPECT_EQ(0u, exchange(response));
+    const ipmi_response response = answer_with("truncate_to = 5");
     EXPECT_EQ(0u, response.comp_code);
     EXPECT_EQ(5u, response.data_len);
 }
 
 TEST(Faults, AnAnswerOfNothingDoesNotLookLikeSuccess)
 {
-    const chassis_daemon served(blade_with("truncate_to = 0"));
-    ipmi_response response;
-    EXPECT_EQ(0u, exchange(response));
+    const ipmi_response response = answer_with("truncate_to = 0");
     EXPECT_EQ(0xFFu, response.comp_code);
     EXPECT_EQ(0u, response.data_len);
 }
 
 TEST(Faults, AnswersAreLongerThanTheyShouldBe)
 {
-    const chassis_daemon served(blade_with("oversize_to = 100"));
-    ipmi_response response;
-    EXPECT_EQ(0u, exchange(response));
+    const ipmi_response response = answer_with("oversize_to = 100");
     EXPECT_EQ(0u, response.comp_code);
     EXPECT_EQ(100u, response.data_len);
 }
