@@ -190,6 +190,26 @@ void release(message &done, bool keep_connection)
         close(link.fd);
 }
 
+// A message that this thread sent under the attachment it gives back now, and that nobody will ask
+// for any more; null when there is none left. One that another thread is waiting for is left to
+// that thread.
+message *take_unasked()
+{
+    const std::lock_guard lock(here.mutex);
+    for (message &each : here.messages) {
+        if (each.index == 0 || each.abandoned || each.thread != mine.thread ||
+            each.depth < mine.depth)
+            continue;
+        --mine.unanswered;
+        each.abandoned = true;
+        if (!each.receiving) {
+            each.receiving = true;
+            return &each;
+        }
+    }
+    return nullptr;
+}
+
 // The outstanding message of that index, for this thread alone to wait for.
 message *begin_receive(uint32_t index)
 {
@@ -254,22 +274,9 @@ uint32_t detach_ruk_shm(void)
 {
     if (mine.depth == 0)
         return 0;
-    if (mine.unanswered != 0) {
-        // What was sent under this attachment and is still unanswered has nobody to ask for it.
-        for (message &each : here.messages) {
-            {
-                const std::lock_guard lock(here.mutex);
-                if (each.index == 0 || each.thread != mine.thread || each.depth < mine.depth)
-                    continue;
-                --mine.unanswered;
-                each.abandoned = true;
-                if (each.receiving)
-                    continue; // the thread that waits will see to it
-                each.receiving = true;
-            }
-            release(each, false);
-        }
-    }
+    if (mine.unanswered != 0)
+        while (message *const left = take_unasked())
+            release(*left, false);
     --mine.depth;
     return 0;
 }
