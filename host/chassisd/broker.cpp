@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
+#include <optional>
 #include <stdexcept>
 #include <sys/epoll.h>
 #include <sys/file.h>
@@ -29,25 +30,21 @@ constexpr unsigned most_outstanding = 64;
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-// The request as IPMI sees it. A network function above 0x3F stands in its shifted form, with the
-// LUN in its low two bits.
-request decode(const ipmi_request &record)
+// The request as IPMI sees it; none when no controller could be sent it: a network function of more
+// than 8 bits, or an odd one, which is an answer's. One above 0x3F stands in its shifted form, with
+// the LUN in its low two bits.
+std::optional<request> decode(const ipmi_request &record)
 {
-    const auto netfn = static_cast<uint8_t>(record.netfn_cmd >> 8);
+    const uint32_t netfn = record.netfn_cmd >> 8;
     const bool shifted = netfn > 0x3F;
     request asked;
-    asked.netfn = shifted ? netfn >> 2 : netfn;
-    asked.lun = shifted ? netfn & 3 : 0;
+    asked.netfn = static_cast<uint8_t>(shifted ? netfn >> 2 : netfn);
+    asked.lun = static_cast<uint8_t>(shifted ? netfn & 3 : 0);
     asked.command = static_cast<uint8_t>(record.netfn_cmd);
+    if (netfn > 0xFF || (asked.netfn & 1) != 0)
+        return std::nullopt;
     asked.data.assign(record.data, record.data + record.data_len);
     return asked;
-}
-
-// A request that no controller could be sent: a network function of more than 8 bits, or an odd
-// one, which is an answer's.
-bool impossible(const ipmi_request &record)
-{
-    return record.netfn_cmd > 0xFFFF || (decode(record).netfn & 1) != 0;
 }
 
 constexpr uint8_t invalid_command = 0xC1;
@@ -178,14 +175,14 @@ void broker::dispatch(const std::shared_ptr<client> &from, const request_frame &
     worker *const blade = chassis_.at(frame.record.location);
     if (!blade)
         return from->send(frame, RUK_MSG_NO_BLADE);
-    if (impossible(frame.record))
+    std::optional<request> asked = decode(frame.record);
+    if (!asked)
         return from->send(frame, answer{0, {invalid_command}});
 
     const auto place = std::make_shared<place_in_line>(*from);
     const auto wanted = [from] { return !from->gone(); };
     const auto deliver = [from, frame, place](const answer &given) { from->send(frame, given); };
-    if (from->outstanding > most_outstanding ||
-        !blade->post({decode(frame.record), wanted, deliver}))
+    if (from->outstanding > most_outstanding || !blade->post({std::move(*asked), wanted, deliver}))
         from->send(frame, RUK_MSG_TOO_MANY);
 }
 
