@@ -11,7 +11,7 @@ all:
 	@cmake --build $(BUILD) -j $(JOBS)
 
 # A simulated chassis and a real controller, read from the shell.
-demo:
+demo: all
 	@scripts/install-dependencies demo
 	@scripts/demo
 
