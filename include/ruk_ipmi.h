@@ -5,17 +5,23 @@
  * from C11 and from C++.
  *
  * Threads: every function declared here may be called from any number of threads at once, unless
- * its own text says otherwise. Command functions keep all they need on the caller's stack
+ * its own text says otherwise, and from callbacks. Command functions keep all they need on the caller's stack
  * (somewhat over 1 KiB), allocate nothing, and block their caller until the blade has answered or
  * the time-out has passed. None of them may be called from a signal handler.
  */
 #ifndef RUK_IPMI_H
 #define RUK_IPMI_H
 
+#include "ruk_ipmi/async.h"
+#include "ruk_ipmi/events.h"
 #include "ruk_ipmi/exchange.h"
 #include "ruk_ipmi/fru.h"
+#include "ruk_ipmi/list.h"
+#include "ruk_ipmi/objects.h"
+#include "ruk_ipmi/ring.h"
 #include "ruk_ipmi/sdr.h"
 #include "ruk_ipmi/sel.h"
+#include "ruk_ipmi/timeouts.h"
 #include "ruk_ipmi/types.h"
 #include "ruk_ipmi/version.h"
 

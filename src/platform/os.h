@@ -12,24 +12,14 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "ruk_ipmi/objects.h" /* os_mutex, os_event */
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
 /** A wait without limit. */
 #define OS_WAIT_FOREVER 0xFFFFFFFFu
-
-/** A named mutex, 84 bytes beginning with its name; an empty name: not created yet. */
-typedef struct os_mutex {
-    char name[52];
-    uint32_t platform[8]; /**< the platform's own */
-} os_mutex;
-
-/** A named event, 84 bytes beginning with its name; an empty name: not created yet. */
-typedef struct os_event {
-    char name[52];
-    uint32_t platform[8]; /**< the platform's own */
-} os_event;
 
 typedef uintptr_t os_thread_id;     /**< a thread; 0 is none */
 typedef uintptr_t os_notify_list;   /**< a list of notification types */
@@ -58,7 +48,9 @@ uint32_t os_ev_create(const char *name, os_event *event);
  *  was deleted gives a status and does no harm. */
 uint32_t os_ev_set(os_event *event);
 
-/** Waits up to `ticks` for the event to be set, and clears it. A time-out is a status too. */
+/** Waits up to `ticks` for the event to be set, and clears it. A wait that only took its time is no
+ *  failure: whoever waits looks at what there is to do. What is, the library writes to the error
+ *  log. */
 uint32_t os_ev_wait(os_event *event, uint32_t ticks);
 
 /** Deletes the event and empties its name. */

@@ -22,6 +22,8 @@ const char *name_of(channel channel)
         return "receive";
     case channel::detach:
         return "detach";
+    case channel::os:
+        return "os";
     case channel::error:
         return "error";
     case channel::notice:
@@ -94,6 +96,11 @@ event received(uint32_t index, uint32_t timeout, uint32_t capacity, uint32_t com
 event detached()
 {
     return {channel::detach, ""};
+}
+
+event os_call(std::string text)
+{
+    return {channel::os, std::move(text)};
 }
 
 event error_line(std::string text)

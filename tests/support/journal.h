@@ -22,6 +22,7 @@ enum class channel {
     send,
     receive,
     detach,
+    os,    // calls of the operating-system layer, and the search for shared memory
     error, // log lines, each with the log it went to
     notice,
     debug,
@@ -48,6 +49,9 @@ event attached();
 event sent(uint32_t length, uint32_t component = 4, uint32_t flags = 0);
 event received(uint32_t index, uint32_t timeout, uint32_t capacity, uint32_t component = 4);
 event detached();
+
+// Calls of the operating-system layer, by function and arguments: "os_mutex_get name, 100 ticks".
+event os_call(std::string text);
 
 // Log lines, with their text as it was written, line end included.
 event error_line(std::string text);

@@ -11,6 +11,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/message_service.h"
+
 namespace ruk_ipmi_testing
 {
 
@@ -67,6 +69,12 @@ scripted_exchange &scripted_exchange::with_data_len(uint32_t length)
 scripted_exchange &scripted_exchange::fails_to_send(uint32_t status)
 {
     send_status = status;
+    return *this;
+}
+
+scripted_exchange &scripted_exchange::keeps_waiting(unsigned times)
+{
+    waits = times;
     return *this;
 }
 
@@ -133,15 +141,29 @@ events scripted_platform::log() const
 
 std::string scripted_platform::complaint() const
 {
+    std::string all = os.complaint(); // before the lock: os writes to the journal under its own
     const std::lock_guard lock(mutex);
-    std::string all = complaints;
+    all += complaints;
     for (size_t i = next; i < script.size(); ++i)
         all += script[i].attach_status != 0
                    ? "expected and never tried: to attach\n"
                    : "expected and never sent:\n  " + hex(on_the_way(script[i].request)) + "\n";
-    for (const auto &message : in_flight)
-        all += formatted("answer to message %u: never asked for\n", message.first);
+    for (const auto &[index, exchange] : in_flight)
+        if (exchange.waits == 0)
+            all += formatted("answer to message %u: never asked for\n", index);
     return all;
+}
+
+void scripted_platform::forget()
+{
+    const std::lock_guard lock(mutex);
+    happened.clear();
+}
+
+uint32_t scripted_platform::attached_times() const
+{
+    const std::lock_guard lock(mutex);
+    return attachments;
 }
 
 void scripted_platform::complain(const std::string &text)
@@ -224,6 +246,11 @@ uint32_t scripted_platform::receive(uint32_t index, uint32_t timeout, uint32_t c
     if (attachments == 0)
         complain("asked for an answer without being attached");
 
+    const auto waiting = in_flight.find(index);
+    if (waiting != in_flight.end() && waiting->second.waits != 0) {
+        --waiting->second.waits;
+        return RUK_MSG_NOT_ANSWERED;
+    }
     const auto message = in_flight.extract(index);
     if (message.empty() || component != IPMI_COMPONENT) {
         complain(formatted("asked component %u for the answer to message %u", component, index));

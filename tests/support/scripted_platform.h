@@ -26,6 +26,7 @@
 #include "bytes.h"
 #include "journal.h"
 #include "ruk_ipmi/types.h"
+#include "scripted_os.h"
 
 namespace ruk_ipmi_testing
 {
@@ -58,6 +59,10 @@ class scripted_exchange
     // The message is taken, found right, and refused with `status`.
     scripted_exchange &fails_to_send(uint32_t status);
 
+    // Asked for, the answer is not there yet the first `times` times; it is still to come after
+    // that. By default it never comes, and need not be asked for.
+    scripted_exchange &keeps_waiting(unsigned times = ~0u);
+
     // Receiving ends with `status`; the receiver's record is left alone, unless there is an
     // answer, which is then put there all the same.
     scripted_exchange &fails_to_receive(uint32_t status);
@@ -69,6 +74,7 @@ class scripted_exchange
     uint32_t attach_status = 0;
     uint32_t send_status = 0;
     uint32_t receive_status = 0;
+    unsigned waits = 0; // how often it is not answered yet
     std::optional<bytes> data;
     std::optional<uint32_t> completion_code;
     std::optional<uint32_t> data_len;
@@ -94,10 +100,18 @@ class scripted_platform
     scripted_exchange &expects(const ipmi_request &request);
     void fails_to_attach(uint32_t status);
 
+    // The rest of the platform.
+    scripted_os os;
+
     // What happened: all of it, the calls of the message service, the log lines.
     events journal() const;
     events calls() const;
     events log() const;
+
+    // What happens from now on is all that happened.
+    void forget();
+
+    uint32_t attached_times() const;
 
     // What happened otherwise than the script has it, and what of it never happened; empty when
     // all went as scripted.

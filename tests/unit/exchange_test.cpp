@@ -3,7 +3,6 @@
 #include "ruk_ipmi/exchange.h"
 
 #include <atomic>
-#include <pthread.h>
 #include <thread>
 #include <vector>
 
@@ -22,12 +21,6 @@ class exchange : public scripted_test
     ipmi_request request = request_to(blade(5, 1), 0x0601, {0x11, 0x22});
     ipmi_response response{};
 };
-
-// The number by which the log names the calling thread.
-int this_thread()
-{
-    return static_cast<int>(pthread_self());
-}
 
 } // namespace
 

@@ -1,0 +1,371 @@
+#include "scripted_os.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <stdexcept>
+#include <thread>
+#include <utility>
+
+#include "scripted_platform.h"
+
+namespace ruk_ipmi_testing
+{
+
+namespace
+{
+
+// Names are short enough for their objects, or the library has gone wrong.
+template <typename Object>
+void give_name(Object *object, const char *name)
+{
+    if (strlen(name) >= sizeof object->name)
+        throw std::length_error("a name that fits no object");
+    *object = {};
+    strcpy(object->name, name);
+}
+
+template <typename Object>
+std::string name_of(const Object *object)
+{
+    return object ? std::string(object->name) : "(null)";
+}
+
+} // namespace
+
+// Script.
+
+void scripted_os::fails(const std::string &function, uint32_t status, unsigned times,
+                        unsigned after)
+{
+    const std::lock_guard lock(mutex_);
+    faults_[function] = {status, times, after};
+}
+
+void scripted_os::on_wait(step happens)
+{
+    const std::lock_guard lock(mutex_);
+    waits_.push_back(std::move(happens));
+}
+
+void scripted_os::on_tick(step happens)
+{
+    const std::lock_guard lock(mutex_);
+    ticks_.push_back(std::move(happens));
+}
+
+void scripted_os::on_sleep(step happens)
+{
+    const std::lock_guard lock(mutex_);
+    sleeps_.push_back(std::move(happens));
+}
+
+void scripted_os::on_lock(step happens)
+{
+    const std::lock_guard lock(mutex_);
+    locks_.push_back(std::move(happens));
+}
+
+namespace
+{
+
+void call_hook(os_notify_hook hook, uint32_t type)
+{
+    hook(0, type);
+}
+
+} // namespace
+
+void scripted_os::notify(uint32_t type)
+{
+    std::vector<os_notify_hook> wanted;
+    {
+        const std::lock_guard lock(mutex_);
+        for (const auto &[handle, list] : registrations_)
+            if (lists_.at(list - 1).count(type) != 0)
+                wanted.push_back(hooks_.at(handle - 1));
+    }
+    for (const os_notify_hook hook : wanted)
+        call_hook(hook, type);
+}
+
+void scripted_os::hold(const std::string &mutex)
+{
+    const std::lock_guard lock(mutex_);
+    mutexes_[mutex] = true;
+}
+
+void scripted_os::let_go(const std::string &mutex)
+{
+    const std::lock_guard lock(mutex_);
+    mutexes_[mutex] = false;
+}
+
+// What happened.
+
+unsigned scripted_os::threads_created() const
+{
+    const std::lock_guard lock(mutex_);
+    return threads_;
+}
+
+unsigned scripted_os::registered_hooks() const
+{
+    const std::lock_guard lock(mutex_);
+    return static_cast<unsigned>(registrations_.size());
+}
+
+bool scripted_os::is_set(const std::string &event) const
+{
+    const std::lock_guard lock(mutex_);
+    const auto found = events_.find(event);
+    return found != events_.end() && found->second;
+}
+
+void scripted_os::run_thread()
+{
+    pthread_t thread;
+    pthread_create(&thread, nullptr, entry_, argument_);
+    pthread_join(thread, nullptr);
+}
+
+pthread_t scripted_os::callback_thread() const
+{
+    const std::lock_guard lock(mutex_);
+    return callback_thread_;
+}
+
+std::string scripted_os::complaint() const
+{
+    const std::lock_guard lock(mutex_);
+    std::string all = complaints_;
+    for (const auto &[function, planned] : faults_)
+        if (planned.times != 0)
+            all += "never called, and so never failed: " + function + "\n";
+    for (const auto &[name, held] : mutexes_)
+        if (held)
+            all += "never unlocked: " + name + "\n";
+    if (!waits_.empty() || !ticks_.empty() || !sleeps_.empty() || !locks_.empty())
+        all += "something in the script never came to happen\n";
+    return all;
+}
+
+// The platform's side.
+
+uint32_t scripted_os::called(const char *function, const std::string &arguments)
+{
+    scripted_platform::current().log(
+        {channel::os, arguments.empty() ? function : std::string(function) + " " + arguments});
+    const auto found = faults_.find(function);
+    if (found == faults_.end() || found->second.times == 0)
+        return 0;
+    fault &planned = found->second;
+    if (planned.after != 0) {
+        --planned.after;
+        return 0;
+    }
+    --planned.times;
+    return planned.status;
+}
+
+// Takes the next step, if there is one.
+bool scripted_os::happens_next(std::deque<step> &steps, std::unique_lock<std::mutex> &lock)
+{
+    if (steps.empty())
+        return false;
+    const step happens = std::move(steps.front());
+    steps.pop_front();
+    lock.unlock();
+    std::thread(happens).join();
+    lock.lock();
+    return true;
+}
+
+void *scripted_os::allocate(size_t size)
+{
+    const std::lock_guard lock(mutex_);
+    return last_allocated = called("os_malloc", "") != 0 ? nullptr : malloc(size);
+}
+
+uint32_t scripted_os::find_shm(uint32_t component, void **holder)
+{
+    const std::lock_guard lock(mutex_);
+    const uint32_t rc = called("find_component_shm", formatted("%u", component));
+    if (rc == 0)
+        *holder = &region;
+    return rc;
+}
+
+uint32_t scripted_os::create_mutex(const char *name, os_mutex *mutex)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_mutex_create", name))
+        return rc;
+    if (!mutexes_.emplace(name, false).second)
+        return exists;
+    give_name(mutex, name);
+    return 0;
+}
+
+uint32_t scripted_os::find_mutex(const char *name, os_mutex *mutex)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_mutex_ident", name))
+        return rc;
+    if (mutexes_.count(name) == 0)
+        return unknown;
+    give_name(mutex, name);
+    return 0;
+}
+
+uint32_t scripted_os::lock(os_mutex *mutex, uint32_t ticks)
+{
+    std::unique_lock lock(mutex_);
+    happens_next(locks_, lock);
+    const uint32_t rc = called("os_mutex_get", name_of(mutex) + formatted(", %u ticks", ticks));
+    if (rc != 0)
+        return rc;
+    const auto found = mutexes_.find(name_of(mutex));
+    if (found == mutexes_.end())
+        return unknown;
+    return std::exchange(found->second, true) ? busy : 0;
+}
+
+uint32_t scripted_os::unlock(os_mutex *mutex)
+{
+    const std::lock_guard lock(mutex_);
+    const uint32_t rc = called("os_mutex_put", name_of(mutex));
+    const auto found = mutexes_.find(name_of(mutex));
+    if (found == mutexes_.end())
+        return unknown;
+    found->second = false;
+    return rc;
+}
+
+uint32_t scripted_os::create_event(const char *name, os_event *event)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_ev_create", name))
+        return rc;
+    events_[name] = false;
+    give_name(event, name);
+    return 0;
+}
+
+uint32_t scripted_os::set_event(os_event *event)
+{
+    const std::lock_guard lock(mutex_);
+    const std::string name = name_of(event);
+    const uint32_t rc = called("os_ev_set", name);
+    const auto found = events_.find(name);
+    if (found == events_.end())
+        return unknown;
+    found->second = true;
+    return rc;
+}
+
+uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
+{
+    std::unique_lock lock(mutex_);
+    const std::string name = name_of(event);
+    const uint32_t rc =
+        called("os_ev_wait",
+               name + (ticks == OS_WAIT_FOREVER ? ", forever" : formatted(", %u ticks", ticks)));
+    if (ticks != OS_WAIT_FOREVER) {
+        happens_next(ticks_, lock);
+    } else if (!happens_next(waits_, lock)) {
+        complaints_ += "the callback thread waits, and nobody would ever wake it\n";
+        lock.unlock();
+        pthread_exit(nullptr);
+    }
+    const auto found = events_.find(name);
+    if (found != events_.end())
+        found->second = false;
+    return rc;
+}
+
+uint32_t scripted_os::delete_event(os_event *event)
+{
+    const std::lock_guard lock(mutex_);
+    const uint32_t rc = called("os_ev_delete", name_of(event));
+    events_.erase(name_of(event));
+    *event = {};
+    return rc;
+}
+
+uint32_t scripted_os::create_thread(void *(*entry)(void *), void *arg, os_thread_id *id)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_thread_create", ""))
+        return rc;
+    entry_ = entry;
+    argument_ = arg;
+    *id = ++threads_;
+    return 0;
+}
+
+uint32_t scripted_os::name_thread(const char *name)
+{
+    const std::lock_guard lock(mutex_);
+    callback_thread_ = pthread_self();
+    return called("os_thread_set_name", name);
+}
+
+uint32_t scripted_os::make_list(os_notify_list *list)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_notify_list_init", ""))
+        return rc;
+    lists_.emplace_back();
+    *list = lists_.size();
+    return 0;
+}
+
+uint32_t scripted_os::add_to_list(uint32_t type, os_notify_list list)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_notify_list_add", formatted("0x%02X", type)))
+        return rc;
+    if (list == 0 || list > lists_.size())
+        return unknown;
+    lists_[list - 1].insert(type);
+    return 0;
+}
+
+uint32_t scripted_os::make_handle(os_notify_handle *handle, os_notify_hook hook)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_notify_init", ""))
+        return rc;
+    hooks_.push_back(hook);
+    *handle = hooks_.size();
+    return 0;
+}
+
+uint32_t scripted_os::register_list(os_notify_list list, os_notify_handle handle)
+{
+    const std::lock_guard lock(mutex_);
+    if (const uint32_t rc = called("os_notify_register", ""))
+        return rc;
+    if (list == 0 || list > lists_.size() || handle == 0 || handle > hooks_.size())
+        return unknown;
+    registrations_[handle] = list;
+    return 0;
+}
+
+uint32_t scripted_os::unregister(os_notify_handle handle)
+{
+    const std::lock_guard lock(mutex_);
+    const uint32_t rc = called("os_notify_unregister", "");
+    return registrations_.erase(handle) == 0 ? unknown : rc;
+}
+
+uint32_t scripted_os::sleep(uint32_t ticks)
+{
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called("os_sleep", formatted("%u ticks", ticks));
+    happens_next(sleeps_, lock);
+    return rc;
+}
+
+} // namespace ruk_ipmi_testing

@@ -1,0 +1,134 @@
+// The operating-system layer, shared memory and platform information of the scripted platform.
+//
+// Nothing here waits. A mutex that is held is refused at once; the callback thread, where it would
+// sleep, takes the next step of the test's script instead:
+//
+//     os.on_wait([] { ... });   // what the rest of the world does while it sleeps
+//
+// and ends, with a complaint, when there is none: nobody would ever wake it.
+#ifndef RUK_IPMI_TESTING_SCRIPTED_OS_H
+#define RUK_IPMI_TESTING_SCRIPTED_OS_H
+
+#include <array>
+#include <deque>
+#include <functional>
+#include <map>
+#include <mutex>
+#include <pthread.h>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "journal.h"
+#include "platform/os.h"
+#include "ruk_ipmi/ring.h"
+
+namespace ruk_ipmi_testing
+{
+
+// The number by which log lines and object names mean the calling thread.
+inline int this_thread()
+{
+    return static_cast<int>(pthread_self());
+}
+
+class scripted_os
+{
+  public:
+    // Statuses that no real platform knows.
+    static constexpr uint32_t exists = 0x5E01;
+    static constexpr uint32_t unknown = 0x5E02;
+    static constexpr uint32_t busy = 0x5E03;
+
+    using step = std::function<void()>;
+
+    // What find_component_shm finds, and what _gPlatInfo tells.
+    ipmi_shm region{};
+    std::array<uint32_t, 64> platform_info{};
+
+    // From the call after the next `after` ones on, `times` calls of a platform function fail with
+    // `status`: "os_notify_init". An allocation gives null.
+    void fails(const std::string &function, uint32_t status, unsigned times = 1,
+               unsigned after = 0);
+
+    // What happens, on a thread of its own, while the callback thread waits without limit; while
+    // it waits a tick; while it sleeps.
+    void on_wait(step happens);
+    void on_tick(step happens);
+    void on_sleep(step happens);
+
+    // What happens just before a mutex is locked, whichever comes next.
+    void on_lock(step happens);
+
+    // Calls the registered hooks as for a notification that was posted.
+    void notify(uint32_t type);
+
+    // As if another process held the mutex.
+    void hold(const std::string &mutex);
+    void let_go(const std::string &mutex);
+
+    // Runs the thread that was created last, until it ends.
+    void run_thread();
+
+    unsigned threads_created() const;
+    unsigned registered_hooks() const;
+    bool is_set(const std::string &event) const;
+
+    // The callback thread, once it has given itself a name.
+    pthread_t callback_thread() const;
+
+    // As scripted_platform::complaint().
+    std::string complaint() const;
+
+    // Memory that the library asked for last.
+    void *last_allocated = nullptr;
+
+    // The platform's functions end here.
+    void *allocate(size_t size);
+    uint32_t find_shm(uint32_t component, void **holder);
+    uint32_t create_mutex(const char *name, os_mutex *mutex);
+    uint32_t find_mutex(const char *name, os_mutex *mutex);
+    uint32_t lock(os_mutex *mutex, uint32_t ticks);
+    uint32_t unlock(os_mutex *mutex);
+    uint32_t create_event(const char *name, os_event *event);
+    uint32_t set_event(os_event *event);
+    uint32_t wait(os_event *event, uint32_t ticks);
+    uint32_t delete_event(os_event *event);
+    uint32_t create_thread(void *(*entry)(void *), void *arg, os_thread_id *id);
+    uint32_t name_thread(const char *name);
+    uint32_t make_list(os_notify_list *list);
+    uint32_t add_to_list(uint32_t type, os_notify_list list);
+    uint32_t make_handle(os_notify_handle *handle, os_notify_hook hook);
+    uint32_t register_list(os_notify_list list, os_notify_handle handle);
+    uint32_t unregister(os_notify_handle handle);
+    uint32_t sleep(uint32_t ticks);
+
+  private:
+    struct fault {
+        uint32_t status;
+        unsigned times;
+        unsigned after;
+    };
+
+    // Writes the call to the journal; its status if it is to fail, else 0.
+    uint32_t called(const char *function, const std::string &arguments);
+    static bool happens_next(std::deque<step> &steps, std::unique_lock<std::mutex> &lock);
+
+    mutable std::mutex mutex_;
+    std::map<std::string, fault> faults_;
+    std::deque<step> waits_, ticks_, sleeps_, locks_;
+    std::map<std::string, bool> mutexes_; // by name: whether it is held
+    std::map<std::string, bool> events_;  // by name: whether it is set
+    std::vector<std::set<uint32_t>> lists_;
+    std::vector<os_notify_hook> hooks_;
+    std::map<os_notify_handle, os_notify_list> registrations_;
+    unsigned threads_ = 0;
+    void *(*entry_)(void *) = nullptr;
+    void *argument_ = nullptr;
+    pthread_t callback_thread_{};
+    std::string complaints_;
+};
+
+} // namespace ruk_ipmi_testing
+
+#endif
