@@ -15,20 +15,20 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/uio.h>
-#include <time.h>
 #include <unistd.h>
 
 #include "platform/directory.h"
 #include "platform/os.h"
 #include "platform/protocol.h"
 #include "platform/status.h"
+#include "platform/ticks.h"
 
 namespace
 {
 
 using namespace ruk::host;
 
-constexpr uint64_t tick_ms = 10;
+constexpr auto tick_ms = static_cast<uint64_t>(tick.count());
 constexpr uint64_t no_limit = ~uint64_t{0};
 constexpr uint32_t most_outstanding = 256;
 constexpr uint32_t most_idle = 64;
@@ -96,9 +96,9 @@ const int at_fork =
 
 uint64_t now_ms()
 {
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return static_cast<uint64_t>(now.tv_sec) * 1000 + static_cast<uint64_t>(now.tv_nsec) / 1000000;
+    using namespace std::chrono;
+    return static_cast<uint64_t>(
+        duration_cast<milliseconds>(monotonic::now().time_since_epoch()).count());
 }
 
 uint32_t connect_service(connection &link)

@@ -41,6 +41,30 @@ const char *ruk_msg_status_text(uint32_t status)
     case RUK_MSG_ACCESS:
         return "the blade's controller refuses the session (user, password, privilege or cipher "
                "suite)";
+    case RUK_OS_EXISTS:
+        return "exists already";
+    case RUK_OS_NO_SUCH:
+        return "no such mutex";
+    case RUK_OS_TIMED_OUT:
+        return "waited in vain";
+    case RUK_OS_TABLE_FULL:
+        return "too many named mutexes";
+    case RUK_OS_NOT_CREATED:
+        return "the mutex or event was not created, or was deleted";
+    case RUK_OS_BAD_ARGUMENT:
+        return "bad argument to the OS layer";
+    case RUK_OS_NO_RESOURCES:
+        return "no thread to be had";
+    case RUK_OS_NOT_HELD:
+        return "the mutex is not the caller's";
+    case RUK_OS_HELD_ALREADY:
+        return "the mutex is the caller's already";
+    case RUK_OS_NO_FILE:
+        return "the runtime directory's shared file cannot be opened";
+    case RUK_OS_BAD_FILE:
+        return "the runtime directory's shared file is another build's, or damaged";
+    case RUK_OS_NOT_REGISTERED:
+        return "not registered for notifications";
     default:
         return nullptr;
     }

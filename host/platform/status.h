@@ -1,6 +1,6 @@
 /**
- * The statuses of the host platform's message service, besides `RUK_MSG_NOT_ANSWERED` of
- * platform/message_service.h. They reach the library's callers unchanged.
+ * The statuses of the host platform: of its message service, besides `RUK_MSG_NOT_ANSWERED` of
+ * platform/message_service.h, and of its OS layer. They reach the library's callers unchanged.
  */
 #ifndef RUK_HOST_PLATFORM_STATUS_H
 #define RUK_HOST_PLATFORM_STATUS_H
@@ -27,8 +27,24 @@ enum {
                                            password, privilege or cipher suite */
 };
 
+enum {
+    RUK_OS_EXISTS = 0x5201,       /**< the name, or the object, is in use already */
+    RUK_OS_NO_SUCH = 0x5202,      /**< no mutex has the name */
+    RUK_OS_TIMED_OUT = 0x5203,    /**< the wait was in vain */
+    RUK_OS_TABLE_FULL = 0x5204,   /**< no room for the name among those of living processes */
+    RUK_OS_NOT_CREATED = 0x5205,  /**< the object was never created, or was deleted meanwhile */
+    RUK_OS_BAD_ARGUMENT = 0x5206, /**< a null, a name empty or above 51 characters, a type above
+                                       255, an unknown or empty list, an unknown handle */
+    RUK_OS_NO_RESOURCES = 0x5207, /**< the system gives no thread */
+    RUK_OS_NOT_HELD = 0x5208,     /**< the calling thread does not hold the mutex */
+    RUK_OS_HELD_ALREADY = 0x5209, /**< the calling thread holds the mutex */
+    RUK_OS_NO_FILE = 0x520A,      /**< the runtime directory's shared file cannot be made or read */
+    RUK_OS_BAD_FILE = 0x520B,     /**< the shared file is another build's, or damaged */
+    RUK_OS_NOT_REGISTERED = 0x520C /**< the handle is not registered */
+};
+
 /** What a status says, in a few words, e.g. "no answer in time"; null when it is not one of the
- *  message service's. */
+ *  host platform's. */
 const char *ruk_msg_status_text(uint32_t status);
 
 #ifdef __cplusplus
