@@ -65,8 +65,6 @@ broker::broker(const std::string &directory, const chassis &chassis)
     : chassis_(chassis),
       directory_(directory)
 {
-    if (!make_runtime_directory(directory))
-        fail("cannot use the runtime directory " + directory);
     lock_ = open((directory + "/chassisd.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     if (lock_ < 0)
         fail("cannot write to the runtime directory " + directory);
@@ -102,17 +100,20 @@ bool broker::watch(int fd)
     return epoll_ctl(epoll_, EPOLL_CTL_ADD, fd, &event) == 0;
 }
 
-void broker::run(int stop_fd)
+void broker::run(int control_fd, const std::function<bool()> &go_on)
 {
-    if (!watch(stop_fd))
+    if (!watch(control_fd))
         fail("cannot start");
     for (;;) {
         epoll_event events[64];
         const int count = epoll_wait(epoll_, events, 64, -1);
         for (int i = 0; i < count; ++i) {
             const int fd = events[i].data.fd;
-            if (fd == stop_fd)
-                return;
+            if (fd == control_fd) {
+                if (!go_on())
+                    return;
+                continue;
+            }
             if (fd == listener_) {
                 accept_clients();
                 continue;

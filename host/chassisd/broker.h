@@ -3,6 +3,7 @@
 #ifndef RUK_HOST_CHASSISD_BROKER_H
 #define RUK_HOST_CHASSISD_BROKER_H
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -13,8 +14,8 @@
 namespace chassisd
 {
 
-// Listens in the runtime directory from construction on, alone: throws std::runtime_error when
-// another daemon serves it or it cannot be used.
+// Listens in the runtime directory, which exists, from construction on, alone: throws
+// std::runtime_error when another daemon serves it or it cannot be used.
 class broker
 {
   public:
@@ -23,8 +24,9 @@ class broker
     broker(const broker &) = delete;
     broker &operator=(const broker &) = delete;
 
-    // Serves until `stop_fd` becomes readable.
-    void run(int stop_fd);
+    // Serves. Calls `go_on` whenever `control_fd` becomes readable, until it says false. It may
+    // change the chassis.
+    void run(int control_fd, const std::function<bool()> &go_on);
 
   private:
     void accept_clients();

@@ -7,11 +7,14 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <variant>
 #include <vector>
 
 namespace chassisd
 {
+
+// Every record tells all of its fields: blades are the same when these are.
 
 // How a blade misbehaves on purpose.
 struct fault_config {
@@ -20,11 +23,18 @@ struct fault_config {
     std::optional<uint8_t> completion_code; // refuse every request with this
     std::optional<uint32_t> truncate_to; // cut answers to that many bytes, completion code included
     std::optional<uint32_t> oversize_to; // pad answers to that many bytes
+
+    auto all() const
+    {
+        return std::tie(delay_ms, drop_every, completion_code, truncate_to, oversize_to);
+    }
 };
 
 struct simulated_config {
     std::string name;          // product name in FRU and sensor names
     uint32_t sel_entries = 12; // entries that the log holds at the start, at most 512
+
+    auto all() const { return std::tie(name, sel_entries); }
 };
 
 struct bridge_config {
@@ -40,6 +50,12 @@ struct bridge_config {
     // An idle session is kept alive at least that often, and more often where a short timeout_ms
     // makes FreeIPMI give it up earlier; 0: an idle session is closed.
     uint32_t keepalive_s = 20;
+
+    auto all() const
+    {
+        return std::tie(host, port, username, password, privilege, cipher_suite, workarounds,
+                        timeout_ms, retransmit_ms, keepalive_s);
+    }
 };
 
 struct blade_config {
@@ -47,7 +63,15 @@ struct blade_config {
     uint8_t sub_slot = 0;
     std::variant<simulated_config, bridge_config> kind;
     fault_config faults;
+
+    auto all() const { return std::tie(slot, sub_slot, kind, faults); }
 };
+
+template <typename Record>
+auto operator==(const Record &one, const Record &other) -> decltype(one.all() == other.all())
+{
+    return one.all() == other.all();
+}
 
 struct chassis_config {
     std::string name = "chassis";

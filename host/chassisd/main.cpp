@@ -11,6 +11,7 @@
 #include "chassisd/broker.h"
 #include "chassisd/chassis.h"
 #include "chassisd/config.h"
+#include "chassisd/interrupts.h"
 #include "platform/directory.h"
 #include "platform/log.h"
 #include "platform/platform_info.h"
@@ -35,26 +36,35 @@ void raise_descriptor_limit()
     setrlimit(RLIMIT_NOFILE, &limit);
 }
 
-// A descriptor that becomes readable when the daemon is to stop. Made before any thread, so that
-// every thread leaves the signals to it.
-int stop_signals()
+// A descriptor from which the daemon reads what it is to do: stop, or read its file again. Made
+// before any thread, so that every thread leaves the signals to it.
+int control_signals()
 {
     sigset_t signals;
     sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
+    for (const int each : {SIGTERM, SIGINT, SIGHUP})
+        sigaddset(&signals, each);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     return signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-void publish_platform_info(const std::string &directory, const chassis_config &config)
+// What it held, interrupts among it, stays.
+ruk::host::shared_region &make_region(const std::string &directory)
 {
+    if (!ruk::host::make_runtime_directory(directory))
+        throw std::system_error(errno, std::generic_category(),
+                                "cannot use the runtime directory " + directory);
     ruk::host::shared_region *region = ruk::host::map_region(directory, true);
     if (!region)
         throw std::system_error(errno, std::generic_category(), "cannot make the shared region");
-    region->platform_info[PLAT_INFO_TYPE] = config.platform_type;
-    region->platform_info[PLAT_INFO_LOCATION] = config.physical_location;
-    region->platform_info[PLAT_INFO_SLOTS] = config.slots;
+    return *region;
+}
+
+void publish_platform_info(ruk::host::shared_region &region, const chassis_config &config)
+{
+    region.platform_info[PLAT_INFO_TYPE] = config.platform_type;
+    region.platform_info[PLAT_INFO_LOCATION] = config.physical_location;
+    region.platform_info[PLAT_INFO_SLOTS] = config.slots;
 }
 
 void say_ready(int ready_fd)
@@ -67,18 +77,47 @@ void say_ready(int ready_fd)
     close(ready_fd);
 }
 
-void serve(const chassis_config &config, int ready_fd)
+// Makes the chassis what its file says now. A file with mistakes changes nothing.
+void read_again(const std::string &path, chassis &served, ruk::host::shared_region &region)
+{
+    if (path.empty()) {
+        slog_nlog("there is no file to read again: --simulate says what the blades are\n");
+        return;
+    }
+    sd_notify(0, "RELOADING=1");
+    try {
+        const chassis_config config = load_config(path);
+        served.apply(config);
+        publish_platform_info(region, config);
+        slog_nlog("read %s again: serving %zu blades\n", path.c_str(), config.blades.size());
+    } catch (const std::exception &error) {
+        slog_elog("%s; the chassis stays as it is\n", error.what());
+    }
+    sd_notify(0, "READY=1");
+}
+
+void serve(const chassis_config &config, const std::string &path, int ready_fd)
 {
     raise_descriptor_limit();
     signal(SIGPIPE, SIG_IGN); // who waits for readiness may be gone by then
-    const int stop = stop_signals();
+    const int control = control_signals();
     const std::string directory = ruk::host::runtime_directory();
-    const chassis served(config);
+    ruk::host::shared_region &region = make_region(directory);
+    interrupts posted(region.ipmi);
+    chassis served(config, [&posted](const blade_location &from, ruk::host::blade_event event,
+                                     const bytes &data) { posted.post(from, event, data); });
     broker component(directory, served);
-    publish_platform_info(directory, config);
+    publish_platform_info(region, config);
     say_ready(ready_fd);
     slog_nlog("serving %zu blades in %s\n", config.blades.size(), directory.c_str());
-    component.run(stop);
+    component.run(control, [&] {
+        signalfd_siginfo got{};
+        if (read(control, &got, sizeof got) != sizeof got)
+            return true;
+        if (got.ssi_signo == SIGHUP)
+            read_again(path, served, region);
+        return got.ssi_signo == SIGHUP;
+    });
     sd_notify(0, "STOPPING=1");
     slog_nlog("stopping\n");
 }
@@ -90,9 +129,10 @@ int main(int argc, char **argv)
     CLI::App app{"Serves the blades of a chassis to the IPMI clients of this machine.",
                  "ruk-chassisd"};
     app.footer("The runtime directory is $RUK_RUNTIME_DIR, else /run/ruk for root, else "
-               "$XDG_RUNTIME_DIR/ruk.\nThe log goes to standard error as $RUK_LOG says: none, "
-               "error, notice (the\ndefault), debug or verbose, with \"syslog:\" before it for "
-               "the system's log.");
+               "$XDG_RUNTIME_DIR/ruk.\nSIGHUP makes it read its file again: blades come, go and "
+               "change as the file\nsays now; the others go on. SIGTERM and SIGINT stop it.\n"
+               "The log goes to standard error as $RUK_LOG says: none, error, notice (the\n"
+               "default), debug or verbose, with \"syslog:\" before it for the system's log.");
     std::string config_path;
     unsigned simulated = 0;
     int ready_fd = -1;
@@ -126,7 +166,7 @@ int main(int argc, char **argv)
                    blades == 1 ? "blade" : "blades");
             return 0;
         }
-        serve(config, ready_fd);
+        serve(config, config_path, ready_fd);
         return 0;
     } catch (const config_error &error) {
         fprintf(stderr, "%s\n", error.what());

@@ -1,5 +1,9 @@
 #include "chassisd/worker.h"
 
+#include <utility>
+
+#include "platform/status.h"
+
 namespace chassisd
 {
 
@@ -26,7 +30,10 @@ void apply(const fault_config &faults, answer &given)
 worker::worker(std::unique_ptr<blade> served, const fault_config &faults)
     : blade_(std::move(served)),
       faults_(faults),
-      thread_([this] { run(); })
+      thread_([this] {
+          run();
+          ended_ = true;
+      })
 {
 }
 
@@ -57,6 +64,24 @@ void worker::stop()
     changed_.notify_all();
 }
 
+void worker::retire()
+{
+    job::receiver waiting;
+    std::deque<job> left;
+    {
+        const std::lock_guard lock(mutex_);
+        stopping_ = true;
+        waiting = std::exchange(receiver_, nullptr);
+        left.swap(queue_);
+    }
+    changed_.notify_all();
+    const answer removed{RUK_MSG_NO_BLADE, {}};
+    if (waiting)
+        waiting(removed);
+    for (const job &each : left)
+        each.deliver(removed);
+}
+
 void worker::run()
 {
     const auto something_to_do = [this] { return stopping_ || !queue_.empty(); };
@@ -72,10 +97,12 @@ void worker::run()
         }
         if (stopping_)
             return;
-        const job next = std::move(queue_.front());
+        job next = std::move(queue_.front());
         queue_.pop_front();
+        receiver_ = std::exchange(next.deliver, nullptr);
         lock.unlock();
         serve(next);
+        take_receiver(); // of a job that got no answer
     }
 }
 
@@ -90,10 +117,22 @@ void worker::serve(const job &job)
         return;
     answer given = blade_->execute(job.asked);
     apply(faults_, given);
-    job.deliver(given);
+    deliver(given);
 }
 
-// False when the time was cut short because the daemon stops.
+void worker::deliver(const answer &given)
+{
+    if (const job::receiver waiting = take_receiver())
+        waiting(given);
+}
+
+job::receiver worker::take_receiver()
+{
+    const std::lock_guard lock(mutex_);
+    return std::exchange(receiver_, nullptr);
+}
+
+// False when the time was cut short because the thread is to end.
 bool worker::pause(std::chrono::milliseconds time)
 {
     std::unique_lock lock(mutex_);

@@ -33,7 +33,7 @@ chassis_daemon::chassis_daemon(const std::string &configuration)
     if (!mkdtemp(name))
         throw std::runtime_error("no temporary directory");
     directory_ = name;
-    std::ofstream(directory_ + "/chassis.toml") << configuration;
+    write_file(configuration);
     setenv("RUK_RUNTIME_DIR", (directory_ + "/run").c_str(), 1);
     start();
 }
@@ -71,6 +71,20 @@ int chassis_daemon::stop(int signal)
     pid_ = -1;
     kill(pid, signal);
     return ending(pid);
+}
+
+void chassis_daemon::reconfigure(const std::string &configuration)
+{
+    write_file(configuration);
+    kill(pid_, SIGHUP);
+}
+
+// Whole or not at all: the daemon may still be at the last one.
+void chassis_daemon::write_file(const std::string &configuration) const
+{
+    const std::string path = directory_ + "/chassis.toml";
+    std::ofstream(path + ".new") << configuration;
+    std::filesystem::rename(path + ".new", path);
 }
 
 unsigned chassis_daemon::descriptors() const

@@ -26,12 +26,17 @@ class chassis_daemon
     // Sends the signal and waits for the end: the exit status, or minus the signal's number.
     int stop(int signal);
 
+    // Writes another configuration and has the daemon read it, which it does a moment later.
+    void reconfigure(const std::string &configuration);
+
     std::string socket() const { return directory_ + "/run/ipmi.sock"; }
 
     // How many descriptors the daemon holds.
     unsigned descriptors() const;
 
   private:
+    void write_file(const std::string &configuration) const;
+
     std::string directory_;
     pid_t pid_ = -1;
 };

@@ -1,10 +1,11 @@
-"""ruk-chassisd as whoever starts it sees it: options, readiness, messages, a clean stop."""
+"""ruk-chassisd as whoever starts it sees it: options, readiness, messages, a new file, a clean stop."""
 
 import os
 import pathlib
 import signal
 import socket
 import subprocess
+import time
 
 import pytest
 
@@ -127,3 +128,94 @@ def test_wrong_options_are_a_usage_error(environment, arguments):
 def test_its_version_and_its_help_are_on_standard_output(environment):
     assert run(environment, "--version").stdout.startswith("ruk-chassisd ")
     assert "--simulate" in run(environment, "--help").stdout
+
+
+@pytest.fixture
+def said(tmp_path):
+    """What the log has said so far."""
+    log = tmp_path / "log"
+    log.touch()
+    return log
+
+
+@pytest.fixture
+def start_logging(environment, said):
+    """Starts a daemon whose messages go to the log; it serves when this returns."""
+    started = []
+
+    def start_daemon(*arguments):
+        with said.open("w") as log:
+            daemon = subprocess.Popen(
+                [DAEMON, *arguments], env=dict(environment, RUK_LOG="notice"), stderr=log
+            )
+        started.append(daemon)
+        wait_for(said, "serving")
+        return daemon
+
+    yield start_daemon
+    for daemon in started:
+        daemon.terminate()
+        assert daemon.wait(timeout=10) == 0
+
+
+def wait_for(said, text):
+    """Waits until the log says that; the line that does."""
+    until = time.monotonic() + 10
+    while time.monotonic() < until:
+        for line in said.read_text().splitlines():
+            if text in line:
+                return line
+        time.sleep(0.02)
+    raise AssertionError(f"{text!r} is not in the log:\n{said.read_text()}")
+
+
+@pytest.fixture
+def chassis_file(tmp_path):
+    path = tmp_path / "chassis.toml"
+    path.write_text("[[blade]]\nslot = 1\n")
+    return path
+
+
+def test_a_broken_file_changes_nothing_and_its_place_is_told(start_logging, said, chassis_file):
+    daemon = start_logging("--config", chassis_file)
+    chassis_file.write_text("[[blade]]\nslot = 2\n\n[[blade]]\nslot = 99\n")
+    daemon.send_signal(signal.SIGHUP)
+    told = wait_for(said, "chassis stays as it is")
+    assert " error " in told
+    assert f"{chassis_file}:5:8: slot: must be a number from 1 to 16" in told
+    assert "inserted" not in said.read_text() and "removed" not in said.read_text()
+
+
+def test_a_file_that_is_mended_is_read_at_the_next_request(start_logging, said, chassis_file):
+    daemon = start_logging("--config", chassis_file)
+    chassis_file.write_text("[[blade]\n")
+    daemon.send_signal(signal.SIGHUP)
+    wait_for(said, "chassis stays as it is")
+    chassis_file.write_text("[[blade]]\nslot = 2\n")
+    daemon.send_signal(signal.SIGHUP)
+    wait_for(said, "blade 1 removed")
+    wait_for(said, "blade 2 inserted")
+
+
+def test_a_file_that_went_away_changes_nothing(start_logging, said, chassis_file):
+    daemon = start_logging("--config", chassis_file)
+    chassis_file.unlink()
+    daemon.send_signal(signal.SIGHUP)
+    assert str(chassis_file) in wait_for(said, "chassis stays as it is")
+
+
+def test_without_a_file_there_is_nothing_to_read_again(start_logging, said):
+    start_logging("--simulate", "2").send_signal(signal.SIGHUP)
+    wait_for(said, "there is no file to read again")
+
+
+def test_tells_the_service_manager_when_it_reads_its_file_again(start, chassis_file, tmp_path):
+    address = str(tmp_path / "notify")
+    with socket.socket(socket.AF_UNIX, socket.SOCK_DGRAM) as manager:
+        manager.bind(address)
+        manager.settimeout(10)
+        daemon = start("--config", chassis_file, NOTIFY_SOCKET=address)
+        assert manager.recv(100) == b"READY=1"
+        daemon.send_signal(signal.SIGHUP)
+        assert manager.recv(100) == b"RELOADING=1"
+        assert manager.recv(100) == b"READY=1"

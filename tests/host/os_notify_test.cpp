@@ -16,14 +16,6 @@
 #include "platform/os.h"
 #include "platform/status.h"
 
-#if defined(__SANITIZE_THREAD__)
-// A child goes on listening in a thread of its own.
-extern "C" const char *__tsan_default_options()
-{
-    return "die_after_fork=0";
-}
-#endif
-
 namespace
 {
 

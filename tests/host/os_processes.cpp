@@ -9,6 +9,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#if defined(__SANITIZE_THREAD__)
+// A forked child goes on listening for notifications in a thread of its own, and may start others.
+extern "C" const char *__tsan_default_options()
+{
+    return "die_after_fork=0";
+}
+#endif
+
 namespace tests
 {
 

@@ -7,6 +7,7 @@
 
 #include "chassisd/simulated/app.h"
 #include "chassisd/simulated/fru.h"
+#include "chassisd/simulated/power.h"
 #include "chassisd/simulated/sdr.h"
 #include "chassisd/simulated/sel.h"
 #include "chassisd/simulated/sensors.h"
@@ -22,9 +23,11 @@ namespace
 // Every family of commands that the controller knows.
 std::vector<command_table> all_families(const environment &env)
 {
+    const std::shared_ptr<event_log> log = make_event_log(env);
+    const auto power = std::make_shared<power_state>();
     return {
-        app_commands(env), sensor_commands(env), sel_commands(env),
-        sdr_commands(env), fru_commands(env),
+        app_commands(env), power_commands(power, log), sensor_commands(env, log, power),
+        sel_commands(log), sdr_commands(env),          fru_commands(env),
     };
 }
 
@@ -62,16 +65,6 @@ class controller final : public blade
     std::map<std::pair<uint8_t, uint8_t>, command> commands_; // by network function and number
 };
 
-// A controller's clock starts with the host's time and then runs on by itself: an erasure must not
-// take an hour because somebody set the host's clock back.
-time_source free_running_clock()
-{
-    using namespace std::chrono;
-    return [set_to = system_clock::now(), set_at = steady_clock::now()] {
-        return set_to + duration_cast<system_clock::duration>(steady_clock::now() - set_at);
-    };
-}
-
 // The configured name in characters that every FRU and SDR field can hold, or one that tells where
 // the blade sits.
 std::string display_name(std::string configured, uint8_t slot, uint8_t sub_slot)
@@ -86,17 +79,20 @@ std::string display_name(std::string configured, uint8_t slot, uint8_t sub_slot)
 
 } // namespace
 
-std::unique_ptr<blade> make_simulated_blade(const simulated_config &config, uint8_t slot,
-                                            uint8_t sub_slot)
+time_source free_running_clock()
 {
-    return make_simulated_blade(config, slot, sub_slot, free_running_clock());
+    using namespace std::chrono;
+    return [set_to = system_clock::now(), set_at = steady_clock::now()] {
+        return set_to + duration_cast<system_clock::duration>(steady_clock::now() - set_at);
+    };
 }
 
 std::unique_ptr<blade> make_simulated_blade(const simulated_config &config, uint8_t slot,
-                                            uint8_t sub_slot, time_source now)
+                                            uint8_t sub_slot, event_sink alert, time_source now)
 {
     return std::make_unique<controller>(environment{display_name(config.name, slot, sub_slot), slot,
-                                                    sub_slot, config.sel_entries, std::move(now)});
+                                                    sub_slot, config.sel_entries, std::move(now),
+                                                    std::move(alert)});
 }
 
 } // namespace chassisd

@@ -11,12 +11,14 @@
 namespace chassisd
 {
 
-std::unique_ptr<blade> make_simulated_blade(const simulated_config &config, uint8_t slot,
-                                            uint8_t sub_slot);
+// A controller's clock starts with the host's time and then runs on by itself: an erasure must not
+// take an hour because somebody set the host's clock back.
+simulated::time_source free_running_clock();
 
-// The same with a clock of the caller's.
+// The blade's events go to `alert`, on the thread that its commands come from.
 std::unique_ptr<blade> make_simulated_blade(const simulated_config &config, uint8_t slot,
-                                            uint8_t sub_slot, simulated::time_source now);
+                                            uint8_t sub_slot, simulated::event_sink alert,
+                                            simulated::time_source now = free_running_clock());
 
 } // namespace chassisd
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "chassisd/blade.h"
+#include "producer/blade_events.h"
 
 namespace chassisd::simulated
 {
@@ -27,6 +28,11 @@ inline uint32_t seconds_since_1970(time_point time)
     return static_cast<uint32_t>(duration_cast<seconds>(time.time_since_epoch()).count());
 }
 
+using ruk::host::blade_event;
+
+// Alerts the chassis to an event of the blade. The data is the event as the log has it.
+using event_sink = std::function<void(blade_event event, const bytes &data)>;
+
 // What devices know of the blade that they are part of.
 struct environment {
     std::string name; // printable ASCII, not empty
@@ -34,14 +40,22 @@ struct environment {
     uint8_t sub_slot;
     uint32_t sel_entries;
     time_source now;
+    event_sink alert;
 };
 
-enum network_function : uint8_t { netfn_sensor = 0x04, netfn_app = 0x06, netfn_storage = 0x0A };
+enum network_function : uint8_t {
+    netfn_chassis = 0x00,
+    netfn_sensor = 0x04,
+    netfn_app = 0x06,
+    netfn_storage = 0x0A
+};
 
 enum completion_code : uint8_t {
     completed = 0x00,
     record_type_not_supported = 0x80, // of Add SEL Entry
     erase_in_progress = 0x81,         // of the SEL's commands
+    not_settable = 0x80,              // of Set Sensor Reading And Event Status
+    event_data_not_settable = 0x81,   // of the same
     invalid_command = 0xC1,
     invalid_for_lun = 0xC2,
     out_of_space = 0xC4,
@@ -50,7 +64,8 @@ enum completion_code : uint8_t {
     out_of_range = 0xC9,
     cannot_return_that_many = 0xCA,
     not_present = 0xCB,
-    invalid_field = 0xCC
+    invalid_field = 0xCC,
+    not_in_this_state = 0xD5
 };
 
 // Thrown by a handler to answer nothing but a completion code.

@@ -72,19 +72,18 @@ bytes sensor_key(const sensor &sensor, int initialization, int capabilities, int
 
 // The events of crossing thresholds, low-going ones of the lower and high-going ones of the upper,
 // from bit 0 on; and from bit 12 on the thresholds of one side that a reading is compared with.
-le16 threshold_events(uint8_t thresholds, unsigned compared)
+le16 event_mask(uint8_t thresholds, unsigned compared)
 {
-    constexpr unsigned event_of[6] = {0, 2, 4, 7, 9, 11};
     unsigned mask = (compared & 0x7) << 12;
-    for (unsigned i = 0; i < 6; i++)
+    for (unsigned i = 0; i < threshold_events.size(); i++)
         if (thresholds & 1u << i)
-            mask |= 1u << event_of[i];
+            mask |= 1u << threshold_events[i];
     return le16(mask);
 }
 
 body describe(const threshold_sensor &sensor)
 {
-    constexpr int initialized = 0x7F;  // scanning, events, thresholds, hysteresis, type
+    constexpr int initialized = 0xFF;  // scanning, events, thresholds, hysteresis, type; settable
     constexpr int capabilities = 0x74; // re-arms itself; hysteresis fixed, thresholds readable
     constexpr int specified = 0x07;    // nominal value and normal range
     constexpr int input = 0x01;
@@ -95,8 +94,8 @@ body describe(const threshold_sensor &sensor)
     const bytes thresholds(sensor.thresholds.rbegin(), sensor.thresholds.rend());
     return {full_sensor,
             record_of(sensor_key(sensor, initialized, capabilities, 0x01),
-                      threshold_events(mask, lower),
-                      threshold_events(mask, upper),
+                      event_mask(mask, lower),
+                      event_mask(mask, upper),
                       mask, 0x00,                     // readable, none settable
                       0x00, sensor.unit, 0x00,        // unsigned values in plain units
                       0x00,                           // linear
@@ -107,7 +106,7 @@ body describe(const threshold_sensor &sensor)
                       sensor.nominal, sensor.normal_maximum, sensor.normal_minimum,
                       0xFF, 0x00,                     // full range
                       thresholds,
-                      0x01, 0x01,                     // hysteresis, both ways
+                      hysteresis, hysteresis,         // both ways
                       0x00, 0x00,                     // reserved
                       0x00, id_string(sensor.name))};
 }

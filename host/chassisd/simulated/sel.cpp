@@ -4,6 +4,7 @@
 
 #include "chassisd/simulated/history.h"
 #include "chassisd/simulated/repository.h"
+#include "chassisd/simulated/system_event.h"
 
 namespace chassisd::simulated
 {
@@ -31,13 +32,30 @@ bool is_plain_oem(uint8_t record_type)
     return record_type >= 0xE0;
 }
 
+// What the log tells of its own filling, from the lowest mark on.
+struct filling_mark {
+    size_t entries;
+    blade_event event;
+    int data_1; // of the event; 0x3_: the third byte is a percentage
+    int data_3;
+};
+
+constexpr filling_mark filling_marks[] = {
+    {sel_nearly_full, blade_event::log_nearly_full, 0x35, sel_nearly_full * 100 / sel_capacity},
+    {sel_capacity, blade_event::log_full, 0x04, 0xFF},
+};
+
+} // namespace
+
 class event_log
 {
   public:
-    explicit event_log(const environment &env) : now_(env.now)
+    explicit event_log(const environment &env) : now_(env.now), alert_(env.alert)
     {
         for (const past_event &event : past_events(std::min<size_t>(env.sel_entries, sel_capacity)))
             store(event.record, time() - event.age_s);
+        while (is_at_next_mark()) // long known
+            ++marks_passed_;
     }
 
     bytes get_info() const
@@ -77,7 +95,18 @@ class event_log
         refuse_if(!is_stamped(type) && !is_plain_oem(type), record_type_not_supported);
         overflowed_ = overflowed_ || free_records() == 0;
         refuse_if(free_records() == 0, out_of_space);
-        return success(le16(store(record, time())));
+        const uint16_t id = store(record, time());
+        tell_filling();
+        return success(le16(id));
+    }
+
+    void report(blade_event event, bytes record)
+    {
+        overflowed_ = overflowed_ || free_records() == 0;
+        if (free_records() != 0)
+            ruk::store_le16(&record[0], store(record, time()));
+        alert(event, std::move(record));
+        tell_filling();
     }
 
     bytes delete_entry(const bytes &request)
@@ -87,7 +116,7 @@ class event_log
         const size_t at = position_of(ruk::load_le16(&request[2]), records_);
         const uint16_t id = id_of(records_[at]);
         records_.erase(records_.begin() + static_cast<std::ptrdiff_t>(at));
-        erased_at_ = time();
+        note_erasure();
         reservation_.cancel();
         return success(le16(id));
     }
@@ -140,8 +169,38 @@ class event_log
     {
         records_.clear();
         overflowed_ = false;
-        erased_at_ = time();
+        note_erasure();
         erased_when_ = now_() + erase_duration;
+    }
+
+    // A log that is empty begins to fill anew.
+    void note_erasure()
+    {
+        erased_at_ = time();
+        if (records_.empty())
+            marks_passed_ = 0;
+    }
+
+    bool is_at_next_mark() const
+    {
+        return marks_passed_ < std::size(filling_marks) &&
+               records_.size() >= filling_marks[marks_passed_].entries;
+    }
+
+    // Each mark once in a filling, also when single entries are deleted and added around it.
+    void tell_filling()
+    {
+        for (; is_at_next_mark(); ++marks_passed_) {
+            const filling_mark &mark = filling_marks[marks_passed_];
+            alert(mark.event,
+                  system_event(0x10, event_log_status, state, mark.data_1, 0xFF, mark.data_3));
+        }
+    }
+
+    void alert(blade_event event, bytes record) const
+    {
+        ruk::store_le32(&record[3], time());
+        alert_(event, record);
     }
 
     // Appends a record under an ID of its own, stamped if its type is.
@@ -168,6 +227,7 @@ class event_log
     }
 
     const time_source now_;
+    const event_sink alert_;
     uint32_t ahead_s_ = 0; // by how much the log's clock was set ahead; wraps like the clock
     uint16_t utc_offset_ = unspecified_utc_offset;
 
@@ -175,16 +235,24 @@ class event_log
     uint16_t last_id_ = 0;
     reservation reservation_;
     bool overflowed_ = false;
+    size_t marks_passed_ = 0; // of filling_marks
     uint32_t added_at_ = unspecified_time;
     uint32_t erased_at_ = unspecified_time;
     std::optional<time_point> erased_when_; // end of the last erasure
 };
 
-} // namespace
-
-command_table sel_commands(const environment &env)
+std::shared_ptr<event_log> make_event_log(const environment &env)
 {
-    const auto log = std::make_shared<event_log>(env);
+    return std::make_shared<event_log>(env);
+}
+
+void report(event_log &log, blade_event event, bytes record)
+{
+    log.report(event, std::move(record));
+}
+
+command_table sel_commands(const std::shared_ptr<event_log> &log)
+{
     return {
         {netfn_storage, 0x40, 0, on(log, &event_log::get_info)},
         {netfn_storage, 0x41, 0, on(log, &event_log::get_allocation_info)},

@@ -1,6 +1,8 @@
 #include "chassisd/simulated/sensors.h"
 
-#include "chassisd/simulated/record.h"
+#include <map>
+
+#include "chassisd/simulated/system_event.h"
 
 namespace chassisd::simulated
 {
@@ -31,37 +33,127 @@ uint8_t present_value(const threshold_sensor &sensor, const environment &env)
     return static_cast<uint8_t>(sensor.nominal - spread / 2 + phase % spread);
 }
 
-// Which thresholds the value has reached, one bit each.
-uint8_t reached_thresholds(const threshold_sensor &sensor, uint8_t value)
+// Which thresholds the value has reached, one bit each. Those in `crossed` count as reached until
+// the value is back beyond them by more than the hysteresis.
+uint8_t reached_thresholds(const threshold_sensor &sensor, uint8_t value, uint8_t crossed = 0)
 {
     uint8_t reached = 0;
     for (unsigned i = 0; i < sensor.thresholds.size(); i++) {
         const bool upper = i >= 3;
-        const uint8_t threshold = sensor.thresholds[i];
-        if (threshold != 0 && (upper ? value >= threshold : value <= threshold))
+        const int slack = crossed & 1u << i ? hysteresis : 0;
+        const int limit = sensor.thresholds[i];
+        if (limit != 0 && (upper ? value >= limit - slack : value <= limit + slack))
             reached = static_cast<uint8_t>(reached | 1u << i);
     }
     return reached;
 }
 
-bytes sensor_reading(uint8_t number, const environment &env)
+blade_event event_of_threshold(unsigned index, bool restored)
 {
-    if (const threshold_sensor *sensor = find(threshold_sensors(), number)) {
-        const uint8_t value = present_value(*sensor, env);
-        return success(value, sensor_works, 0xC0 | reached_thresholds(*sensor, value));
-    }
-    const discrete_sensor *sensor = find(discrete_sensors(), number);
-    refuse_if(!sensor, not_present);
-    return success(0x00, sensor_works, le16(0x8000 | sensor->states));
+    static constexpr blade_event crossed[] = {blade_event::non_critical_crossed,
+                                              blade_event::critical_crossed,
+                                              blade_event::non_recoverable_crossed};
+    static constexpr blade_event back[] = {blade_event::non_critical_restored,
+                                           blade_event::critical_restored,
+                                           blade_event::non_recoverable_restored};
+    return restored ? back[index % 3] : crossed[index % 3];
 }
 
-bytes sensor_thresholds(uint8_t number)
+class sensor_set
 {
-    const threshold_sensor *sensor = find(threshold_sensors(), number);
-    refuse_if(!sensor, not_present);
-    return success(sensor->threshold_mask(),
-                   bytes(sensor->thresholds.begin(), sensor->thresholds.end()));
-}
+  public:
+    sensor_set(const environment &env, std::shared_ptr<event_log> log,
+               std::shared_ptr<const power_state> power)
+        : env_(env),
+          log_(std::move(log)),
+          power_(std::move(power))
+    {
+    }
+
+    bytes get_thresholds(const bytes &request) const
+    {
+        const threshold_sensor *sensor = find(threshold_sensors(), request[0]);
+        refuse_if(!sensor, not_present);
+        return success(sensor->threshold_mask(),
+                       bytes(sensor->thresholds.begin(), sensor->thresholds.end()));
+    }
+
+    bytes get_reading(const bytes &request) const
+    {
+        if (const threshold_sensor *sensor = find(threshold_sensors(), request[0])) {
+            const auto fixed = readings_.find(sensor->number);
+            const uint8_t value =
+                fixed == readings_.end() ? present_value(*sensor, env_) : fixed->second.value;
+            return success(value, sensor_works, 0xC0 | reached_thresholds(*sensor, value));
+        }
+        const discrete_sensor *sensor = find(discrete_sensors(), request[0]);
+        refuse_if(!sensor, not_present);
+        return success(0x00, sensor_works, le16(0x8000 | states_of(*sensor)));
+    }
+
+    // Readings of quantities can be set. Events and their data are the controller's own: they
+    // follow from the reading.
+    bytes set_reading(const bytes &request)
+    {
+        const uint8_t operation = request[1];
+        const unsigned event_data = operation >> 6;
+        const unsigned event_status = operation & 0x3C;
+        const unsigned reading = operation & 0x03;
+        constexpr unsigned write = 0x01;
+
+        const threshold_sensor *sensor = find(threshold_sensors(), request[0]);
+        refuse_if(!sensor && !find(discrete_sensors(), request[0]), not_present);
+        refuse_if(reading > write || event_data == 0x03, invalid_field);
+        refuse_if(event_data != 0, event_data_not_settable);
+        refuse_if(event_status != 0 || (reading == write && !sensor), not_settable);
+        if (reading == write)
+            set(*sensor, request[2]);
+        return success();
+    }
+
+  private:
+    // A reading that was set stays, with the thresholds that it has crossed.
+    struct fixed_reading {
+        uint8_t value = 0;
+        uint8_t crossed = 0;
+    };
+
+    uint16_t states_of(const discrete_sensor &sensor) const
+    {
+        constexpr uint16_t power_is_off = 0x0001;
+        return sensor.number == power_unit && !power_->on ? power_is_off : sensor.states;
+    }
+
+    // Tells of the thresholds in the order in which the reading passes them: back through those it
+    // leaves, then on through those it reaches.
+    void set(const threshold_sensor &sensor, uint8_t value)
+    {
+        fixed_reading &reading = readings_[sensor.number];
+        const uint8_t before = reading.crossed;
+        reading.value = value;
+        reading.crossed = reached_thresholds(sensor, value, before);
+        for (unsigned i = 6; i-- > 0;)
+            if (before & ~reading.crossed & 1u << i)
+                tell(sensor, value, i, true);
+        for (unsigned i = 0; i < 6; i++)
+            if (reading.crossed & ~before & 1u << i)
+                tell(sensor, value, i, false);
+    }
+
+    void tell(const threshold_sensor &sensor, uint8_t value, unsigned index, bool restored)
+    {
+        constexpr int reading_and_threshold = 0x50;
+        report(*log_, event_of_threshold(index, restored),
+               system_event(sensor.type, sensor.number, threshold | (restored ? gone : 0),
+                            reading_and_threshold | threshold_events[index], value,
+                            sensor.thresholds[index]));
+    }
+
+    const environment env_;
+    const std::shared_ptr<event_log> log_;
+    const std::shared_ptr<const power_state> power_;
+    std::map<sensor_number, fixed_reading> readings_;
+};
 
 } // namespace
 
@@ -107,7 +199,8 @@ const std::vector<discrete_sensor> &discrete_sensors()
 {
     // Bits of states are offsets of the sensor type: of a power supply, 0 present, 1 failed, 2
     // failure predicted, 3 input lost; of a processor, 0 internal error, 1 thermal trip, 7 present,
-    // 10 throttled; of memory, 0 and 1 correctable and other ECC error, 5 logging limit, 6 present.
+    // 10 throttled; of memory, 0 and 1 correctable and other ECC error, 5 logging limit, 6
+    // present; of a power unit, 0 off, 1 power cycle.
     static const std::vector<discrete_sensor> sensors = {
         {{power_supply_1, "Power Supply 1", entity_power_supply, 1, 0x08}, 0x000F, 0x0001},
         {{power_supply_2, "Power Supply 2", entity_power_supply, 2, 0x08}, 0x000F, 0x0001},
@@ -118,16 +211,19 @@ const std::vector<discrete_sensor> &discrete_sensors()
         {{watchdog_status, "Watchdog", entity_system_management, 1, 0x23}, 0x000F, 0x0000},
         {{firmware_progress, "Boot Progress", entity_system_board, 1, 0x0F}, 0x0007, 0x0000},
         {{system_boot, "System Boot", entity_system_board, 1, 0x1D}, 0x001F, 0x0000},
+        {{power_unit, "Power Unit", entity_system_board, 1, 0x09}, 0x0003, 0x0000},
     };
     return sensors;
 }
 
-command_table sensor_commands(const environment &env)
+command_table sensor_commands(const environment &env, std::shared_ptr<event_log> log,
+                              std::shared_ptr<const power_state> power)
 {
+    const auto sensors = std::make_shared<sensor_set>(env, std::move(log), std::move(power));
     return {
-        {netfn_sensor, 0x27, 1, [](const bytes &request) { return sensor_thresholds(request[0]); }},
-        {netfn_sensor, 0x2D, 1,
-         [env](const bytes &request) { return sensor_reading(request[0], env); }},
+        {netfn_sensor, 0x27, 1, on(sensors, &sensor_set::get_thresholds)},
+        {netfn_sensor, 0x2D, 1, on(sensors, &sensor_set::get_reading)},
+        {netfn_sensor, 0x30, {3, 10}, on(sensors, &sensor_set::set_reading)},
     };
 }
 

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "chassisd/simulated/device.h"
+#include "chassisd/simulated/power.h"
 
 namespace chassisd::simulated
 {
@@ -20,6 +20,7 @@ enum sensor_number : uint8_t {
     fan_1 = 0x30,
     fan_2,
     input_power = 0x38,
+    power_unit,
     power_supply_1 = 0x40,
     power_supply_2,
     cpu_1_status = 0x48,
@@ -74,10 +75,18 @@ struct discrete_sensor : sensor {
     uint16_t states;
 };
 
+// By how much a reading has to be back beyond a threshold that it crossed, raw, both ways.
+constexpr uint8_t hysteresis = 1;
+
+// The event of each threshold, in the order of the masks: going low through a lower one, high
+// through an upper one.
+constexpr std::array<uint8_t, 6> threshold_events = {0, 2, 4, 7, 9, 11};
+
 const std::vector<threshold_sensor> &threshold_sensors();
 const std::vector<discrete_sensor> &discrete_sensors();
 
-command_table sensor_commands(const environment &env);
+command_table sensor_commands(const environment &env, std::shared_ptr<event_log> log,
+                              std::shared_ptr<const power_state> power);
 
 } // namespace chassisd::simulated
 

@@ -7,8 +7,26 @@ namespace chassisd::simulated
 {
 
 blade_under_test::blade_under_test(const simulated_config &config, uint8_t slot, uint8_t sub_slot)
-    : blade_(make_simulated_blade(config, slot, sub_slot, [this] { return now_; }))
+    : blade_(make_simulated_blade(
+          config, slot, sub_slot,
+          [this](blade_event event, const bytes &data) {
+              alerts_.push_back({event, data});
+          },
+          [this] { return now_; }))
 {
+}
+
+std::vector<blade_event> blade_under_test::events()
+{
+    std::vector<blade_event> numbers;
+    for (const alert &each : alerts())
+        numbers.push_back(each.event);
+    return numbers;
+}
+
+bytes blade_under_test::last_entry()
+{
+    return from(3, storage(0x43, {0x00, 0x00, 0xFF, 0xFF, 0x00, 0xFF}));
 }
 
 bytes blade_under_test::ask(uint8_t netfn, uint8_t command, const bytes &data, uint8_t lun)

@@ -1,4 +1,5 @@
-// A simulated blade whose clock stands still until a test moves it.
+// A simulated blade whose clock stands still until a test moves it, and what it alerted its chassis
+// to.
 #ifndef RUK_TESTS_HOST_SIMULATED_BLADE_UNDER_TEST_H
 #define RUK_TESTS_HOST_SIMULATED_BLADE_UNDER_TEST_H
 
@@ -14,6 +15,11 @@ namespace chassisd::simulated
 // What the clock says at the start: 2025-06-01 12:00 UTC.
 constexpr uint32_t start_time = 1748779200;
 
+struct alert {
+    blade_event event;
+    bytes record;
+};
+
 class blade_under_test
 {
   public:
@@ -27,7 +33,17 @@ class blade_under_test
 
     void let_pass(std::chrono::milliseconds time) { now_ += time; }
 
+    // The alerts since the last call.
+    std::vector<alert> alerts() { return std::exchange(alerts_, {}); }
+
+    // Their events alone.
+    std::vector<blade_event> events();
+
+    // The last entry of its log.
+    bytes last_entry();
+
   private:
+    std::vector<alert> alerts_;
     time_point now_{std::chrono::seconds(start_time)};
     std::unique_ptr<blade> blade_;
 };

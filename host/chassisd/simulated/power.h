@@ -1,0 +1,19 @@
+// The blade's power: Chassis Control and its status.
+#ifndef RUK_HOST_CHASSISD_SIMULATED_POWER_H
+#define RUK_HOST_CHASSISD_SIMULATED_POWER_H
+
+#include "chassisd/simulated/sel.h"
+
+namespace chassisd::simulated
+{
+
+struct power_state {
+    bool on = true;
+    bool by_command = false; // it came on because somebody asked
+};
+
+command_table power_commands(std::shared_ptr<power_state> power, std::shared_ptr<event_log> log);
+
+} // namespace chassisd::simulated
+
+#endif

@@ -1,0 +1,136 @@
+// The blade's power: what Chassis Control does to it, and whom it tells.
+
+#include "sdr_blade.h"
+
+namespace chassisd::simulated
+{
+
+namespace
+{
+
+enum action : uint8_t { down, up, cycle, hard_reset, diagnostic_interrupt, soft_shutdown };
+
+class power_blade : public sdr_blade
+{
+  public:
+    using sdr_blade::sdr_blade;
+
+    bytes control(uint8_t action) { return ask(0x00, 0x02, {action}); }
+    bytes status() { return ask(0x00, 0x01); }
+    bool is_on() { return status().at(1) & 0x01; }
+    uint16_t power_unit() { return word_at(3, ask(0x04, 0x2D, {0x39})); }
+};
+
+using events = std::vector<blade_event>;
+
+TEST(simulated_power, is_on_at_the_start_and_would_come_back_on)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.status(), (bytes{0x00, 0x41, 0x00, 0x00}));
+    EXPECT_EQ(blade.events(), events{});
+}
+
+TEST(simulated_power, goes_off_and_on_by_command)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.control(down), (bytes{0x00}));
+    EXPECT_FALSE(blade.is_on());
+    EXPECT_EQ(blade.control(up), (bytes{0x00}));
+    EXPECT_TRUE(blade.is_on());
+    EXPECT_EQ(blade.status().at(2), 0x10) << "the last power event was a command";
+    EXPECT_EQ(blade.events(), (events{blade_event::powered_off, blade_event::powered_on}));
+}
+
+TEST(simulated_power, goes_off_when_the_system_is_asked_to_shut_down)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.control(soft_shutdown), (bytes{0x00}));
+    EXPECT_FALSE(blade.is_on());
+    EXPECT_EQ(blade.events(), (events{blade_event::powered_off}));
+}
+
+TEST(simulated_power, that_is_as_it_should_be_already_is_no_event)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.control(up), (bytes{0x00}));
+    EXPECT_EQ(blade.events(), events{});
+    blade.control(down);
+    blade.events();
+    EXPECT_EQ(blade.control(down), (bytes{0x00}));
+    EXPECT_EQ(blade.events(), events{});
+}
+
+TEST(simulated_power, is_on_after_a_cycle_and_after_a_reset)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.control(cycle), (bytes{0x00}));
+    EXPECT_EQ(blade.control(hard_reset), (bytes{0x00}));
+    EXPECT_TRUE(blade.is_on());
+    EXPECT_EQ(blade.events(), (events{blade_event::power_cycled, blade_event::reset}));
+}
+
+TEST(simulated_power, cannot_be_cycled_reset_or_shut_down_when_it_is_off)
+{
+    power_blade blade;
+    blade.control(down);
+    blade.events();
+    for (const uint8_t action : bytes{cycle, hard_reset, soft_shutdown})
+        EXPECT_EQ(blade.control(action), (bytes{0xD5}));
+    EXPECT_FALSE(blade.is_on());
+    EXPECT_EQ(blade.events(), events{});
+}
+
+TEST(simulated_power, refuses_what_it_does_not_know)
+{
+    power_blade blade;
+    for (const uint8_t action : bytes{diagnostic_interrupt, 0x06, 0x0F, 0x11, 0xFF})
+        EXPECT_EQ(blade.control(action), (bytes{0xCC}));
+    EXPECT_TRUE(blade.is_on());
+    EXPECT_EQ(blade.events(), events{});
+}
+
+TEST(simulated_power, shows_in_the_sensor_of_the_power_unit)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.power_unit(), 0x8000);
+    blade.control(down);
+    EXPECT_EQ(blade.power_unit(), 0x8001) << "state 0: off";
+    blade.control(up);
+    EXPECT_EQ(blade.power_unit(), 0x8000);
+}
+
+struct change {
+    std::vector<uint8_t> actions;
+    bytes event; // sensor type, sensor, event type, data
+};
+
+TEST(simulated_power, leaves_an_entry_in_the_log_and_alerts_the_chassis_with_it)
+{
+    const change changes[] = {
+        {{down}, {0x09, 0x39, 0x6F, 0x00, 0xFF, 0xFF}},
+        {{down, up}, {0x09, 0x39, 0xEF, 0x00, 0xFF, 0xFF}},
+        {{cycle}, {0x09, 0x39, 0x6F, 0x01, 0xFF, 0xFF}},
+        {{hard_reset}, {0x1D, 0x5B, 0x6F, 0x01, 0xFF, 0xFF}},
+    };
+    for (const change &change : changes) {
+        power_blade blade;
+        for (const uint8_t action : change.actions)
+            blade.control(action);
+        EXPECT_EQ(from(10, blade.last_entry()), change.event);
+        EXPECT_EQ(blade.alerts().back().record, blade.last_entry());
+    }
+}
+
+TEST(simulated_power, names_sensors_that_its_records_describe)
+{
+    power_blade blade;
+    std::vector<uint8_t> described;
+    for (const bytes &record : blade.records_of_type(0x02))
+        described.push_back(parsed_sdr(record).sensor_number());
+    for (const uint8_t sensor : bytes{0x39, 0x5B})
+        EXPECT_EQ(std::count(described.begin(), described.end(), sensor), 1);
+}
+
+} // namespace
+
+} // namespace chassisd::simulated
