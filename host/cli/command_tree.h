@@ -24,6 +24,7 @@
 
 #include "cli/report.h"
 #include "cli/request.h"
+#include "cli/stream.h"
 
 namespace cli
 {
@@ -35,10 +36,24 @@ struct command {
     bool for_blades = true;
     bool has_binary = false; // there is something that -o binary could write
     bool one_blade = false;  // more than one makes no sense
+    // Where it is set, runs instead of `run`: for all blades at once, until it is interrupted.
+    std::function<exit_code(const blades &, stream &)> follow = {};
 };
 
 struct no_arguments {
 };
+
+// What such a command runs.
+template <typename Arguments>
+using follow_handler = exit_code (*)(const blades &, const Arguments &, stream &);
+
+template <typename Arguments>
+auto follow_function(follow_handler<Arguments> handler, std::shared_ptr<Arguments> arguments)
+{
+    return [handler, arguments = std::move(arguments)](const blades &at, stream &out) {
+        return handler(at, *arguments, out);
+    };
+}
 
 // Reads an argument; a complaint says which one it is about.
 template <typename Value>
@@ -95,7 +110,31 @@ class verb
     verb &option(const char *name, const char *metavar, Value Owner::*field,
                  Value (*read)(const std::string &), const char *help)
     {
-        add(name, field, read, help)->type_name(metavar);
+        last_option_ = add(name, field, read, help)->option_text(metavar);
+        return *this;
+    }
+
+    // The option declared last must be there.
+    verb &required()
+    {
+        last_option_->required();
+        return *this;
+    }
+
+    // The option declared last makes sense only with this other one.
+    verb &needs(const char *other)
+    {
+        last_option_->needs(app_->get_option(other));
+        return *this;
+    }
+
+    // A flag by which the command becomes one that goes on until it is interrupted.
+    verb &follow(const char *name, follow_handler<Arguments> handler, const char *help)
+    {
+        const auto make_it = [declared = declared_, run = follow_function(handler, arguments_)] {
+            declared->follow = run;
+        };
+        app_->add_flag_callback(name, make_it, help);
         return *this;
     }
 
@@ -132,6 +171,7 @@ class verb
     }
 
     CLI::App *app_;
+    CLI::Option *last_option_ = nullptr;
     std::shared_ptr<Arguments> arguments_;
     std::shared_ptr<command> declared_;
 };
@@ -173,6 +213,18 @@ class noun
         declare<no_arguments>(name, help, nullptr, std::move(local));
     }
 
+    // A command that goes on until it is interrupted; the blades may be left out.
+    template <typename Arguments>
+    cli::verb<Arguments> follow_verb(const char *name, const char *help,
+                                     follow_handler<Arguments> handler) const
+    {
+        auto arguments = std::make_shared<Arguments>();
+        command following{full_name(name), nullptr};
+        following.for_blades = false;
+        following.follow = follow_function(handler, arguments);
+        return declare<Arguments>(name, help, arguments, std::move(following));
+    }
+
   private:
     std::string full_name(const char *name) const
     {
@@ -197,10 +249,12 @@ class noun
 };
 
 // The nouns, one file each.
+void add_events(const noun &root);
 void add_fru(const noun &root);
 void add_raw(const noun &root);
 void add_sdr(const noun &root);
 void add_sel(const noun &root);
+void add_timeouts(const noun &root);
 void add_version(const noun &root);
 
 } // namespace cli

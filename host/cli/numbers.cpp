@@ -1,5 +1,6 @@
 #include "cli/numbers.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdio>
 
@@ -66,6 +67,22 @@ std::string hex(const uint8_t *data, size_t length)
         text += digits;
     }
     return text;
+}
+
+bytes parse_hex(const std::string &text)
+{
+    bytes data;
+    for (size_t at = 0; at < text.size(); at += 2) {
+        if (at != 0 && text[at] == ' ')
+            ++at;
+        const char *const start = text.data() + at;
+        const char *const end = text.data() + std::min(at + 2, text.size());
+        uint8_t byte = 0;
+        if (end - start != 2 || std::from_chars(start, end, byte, 16).ptr != end)
+            throw usage_failure("\"" + text + "\" is not bytes in hexadecimal, like 01ff or 01 ff");
+        data.push_back(byte);
+    }
+    return data;
 }
 
 } // namespace cli

@@ -36,6 +36,9 @@ inline std::string hex(const bytes &data)
     return hex(data.data(), data.size());
 }
 
+// The bytes that such a text spells; the blanks may be missing. Anything else is a usage failure.
+bytes parse_hex(const std::string &text);
+
 } // namespace cli
 
 #endif

@@ -18,19 +18,6 @@ void put(const std::string &text)
     fwrite(text.data(), 1, text.size(), stdout);
 }
 
-std::string padded(std::string text, size_t width)
-{
-    text.resize(std::max(width, text.size()), ' ');
-    return text;
-}
-
-// A field's name as people read it.
-std::string label(std::string key)
-{
-    std::replace(key.begin(), key.end(), '_', ' ');
-    return key;
-}
-
 std::string trimmed(std::string text)
 {
     text.resize(text.find_last_not_of(' ') + 1);
@@ -42,22 +29,6 @@ std::string upper(std::string text)
     for (char &each : text)
         each = static_cast<char>(toupper(static_cast<unsigned char>(each)));
     return text;
-}
-
-std::string value_text(const json &value)
-{
-    if (value.is_null())
-        return "-";
-    if (value.is_boolean())
-        return value.get<bool>() ? "yes" : "no";
-    if (value.is_string())
-        return value.get_ref<const std::string &>().empty() ? "-" : value.get<std::string>();
-    if (!value.is_array())
-        return value.dump();
-    std::string joined;
-    for (const json &each : value)
-        joined += (joined.empty() ? "" : ", ") + value_text(each);
-    return joined.empty() ? "none" : joined;
 }
 
 bool is_table(const json &value)
@@ -157,6 +128,11 @@ void output::local(const report &told)
         all_ = told.fields;
     else
         put_fields(told.fields, 0);
+    if (!told.ended)
+        return;
+    if (format_ == format::as_json)
+        all_["error"] = failure_fields(*told.ended);
+    complain("ruk-ipmi", *told.ended);
 }
 
 void output::finish()
@@ -183,9 +159,43 @@ void write_json(const json &value)
     put(value.dump(2, ' ', true, json::error_handler_t::replace) + "\n");
 }
 
+std::string json_line(const json &value)
+{
+    return value.dump(-1, ' ', true, json::error_handler_t::replace);
+}
+
 void complain(const std::string &about, const failure &why)
 {
     fprintf(stderr, "%s: %s\n", about.c_str(), why.what());
+}
+
+std::string padded(std::string text, size_t width)
+{
+    text.resize(std::max(width, text.size()), ' ');
+    return text;
+}
+
+// A field's name as people read it.
+std::string label(std::string key)
+{
+    std::replace(key.begin(), key.end(), '_', ' ');
+    return key;
+}
+
+std::string value_text(const json &value)
+{
+    if (value.is_null())
+        return "-";
+    if (value.is_boolean())
+        return value.get<bool>() ? "yes" : "no";
+    if (value.is_string())
+        return value.get_ref<const std::string &>().empty() ? "-" : value.get<std::string>();
+    if (!value.is_array())
+        return value.dump();
+    std::string joined;
+    for (const json &each : value)
+        joined += (joined.empty() ? "" : ", ") + value_text(each);
+    return joined.empty() ? "none" : joined;
 }
 
 std::string printable(const std::string &text)

@@ -37,11 +37,21 @@ json failure_fields(const failure &why);
 // JSON as the tool writes it: indented, whatever bytes its texts hold.
 void write_json(const json &value);
 
+// The same on a single line.
+std::string json_line(const json &value);
+
 // A failure's line on standard error.
 void complain(const std::string &about, const failure &why);
 
 // Text that came from a blade, harmless to a terminal and valid in JSON.
 std::string printable(const std::string &text);
+
+// A field's name, and a value, as people read them.
+std::string label(std::string key);
+std::string value_text(const json &value);
+
+// A text with blanks behind it, `width` characters or more.
+std::string padded(std::string text, size_t width);
 
 // Breaks a text at blanks into lines of `room` characters; the lines but the first are indented.
 std::string wrapped(const std::string &text, size_t room, size_t indent);

@@ -27,10 +27,13 @@ struct chained_record {
     bytes record;
 };
 
-// Follows a chain of record IDs from the first to the last, and refuses to go in circles.
+// Follows a chain of record IDs from the first, or from a later one, to the last, and refuses to go
+// in circles.
 class record_chain
 {
   public:
+    explicit record_chain(uint16_t from = 0x0000) : next_(from) {}
+
     bool goes_on() const { return next_ != end; }
     uint16_t next() const { return next_; }
     size_t length() const { return seen_.size(); }
@@ -41,7 +44,7 @@ class record_chain
   private:
     static constexpr uint16_t end = 0xFFFF;
 
-    uint16_t next_ = 0x0000;
+    uint16_t next_;
     std::set<uint16_t> seen_;
 };
 

@@ -18,6 +18,12 @@ struct blade {
     bool utc = false; // show times in UTC
 };
 
+// The blades that a command is run for all at once.
+struct blades {
+    std::vector<blade_location> locations;
+    bool utc = false;
+};
+
 // Calls a function of the library whose last argument is its output.
 template <typename Answer, typename Function, typename... Arguments>
 Answer ask(const request_name &request, const blade &at, Function function, Arguments... arguments)
@@ -40,6 +46,7 @@ inline bool may_be_cut_short(const bytes &answer)
 }
 
 // Completion codes on which a command goes on in another way.
+constexpr uint32_t erase_in_progress = 0x81; // of the requests to the event log
 constexpr uint32_t no_such_record = 0xCB;
 constexpr uint32_t reservation_lost = 0xC5;
 

@@ -18,7 +18,8 @@ constexpr const char *footer =
   0 fine                             3 the blade's controller refuses access
   1 the blade refused or failed      4 no answer from the blade
   2 wrong usage, argument or file    5 the blade does not know the command
-Order of badness: 4, 3, 2, 1, 5. Messages go to standard error.)";
+Order of badness: 4, 3, 2, 1, 5. Messages go to standard error.
+A command that goes on ends with 0 when it is interrupted; its JSON is lines.)";
 
 struct options {
     std::vector<blade_location> blades;
@@ -149,6 +150,8 @@ void check_usage(const command &command, const options &chosen)
     if (chosen.format == format::as_bytes && !command.has_binary)
         throw usage_failure(command.name + ": has no binary output");
     const bool several = chosen.blades.size() > 1;
+    if (command.follow && chosen.format == format::as_bytes)
+        throw usage_failure(command.name + ": has no binary output while it goes on");
     if (several && chosen.format == format::as_bytes)
         throw usage_failure(command.name + ": binary output is for one blade at a time");
     if (several && command.one_blade)
@@ -168,21 +171,39 @@ report run_for(const blade &at, const command &command)
     return none;
 }
 
+exit_code ending_of(const report &told)
+{
+    return told.ended ? told.ended->kind : exit_fine;
+}
+
 exit_code execute(const command &command, const options &chosen)
 {
     exit_code worst = exit_fine;
     output out(chosen.format, chosen.blades.size() > 1);
-    if (!command.for_blades)
-        out.local(command.run({}));
-    else
+    if (!command.for_blades) {
+        const report told = run_for({{}, chosen.utc}, command);
+        out.local(told);
+        worst = ending_of(told);
+    } else {
         for (const blade_location &location : chosen.blades) {
             const report told = run_for({location, chosen.utc}, command);
             out.blade(target_name(location), told);
-            if (told.ended)
-                worst = worse(worst, told.ended->kind);
+            worst = worse(worst, ending_of(told));
         }
+    }
     out.finish();
     return worst;
+}
+
+exit_code follow(const command &command, const options &chosen)
+{
+    stream out(chosen.format, chosen.verbosity > 0);
+    try {
+        return command.follow({chosen.blades, chosen.utc}, out);
+    } catch (const failure &why) {
+        out.failed("", why);
+        return why.kind;
+    }
 }
 
 } // namespace
@@ -203,6 +224,8 @@ int run(int argc, char **argv)
     add_sdr(root);
     add_fru(root);
     add_raw(root);
+    add_events(root);
+    add_timeouts(root);
     add_version(root);
 
     const auto usage_error = [&](const std::string &what) {
@@ -225,7 +248,7 @@ int run(int argc, char **argv)
 
     set_log_level(chosen.verbosity);
     try {
-        return execute(*typed, chosen);
+        return typed->follow ? follow(*typed, chosen) : execute(*typed, chosen);
     } catch (const std::exception &error) {
         complain("ruk-ipmi", failure(exit_refused, error.what()));
         return exit_refused;

@@ -1,12 +1,16 @@
 // The system event log: its summary, its entries, its clock, its erasure.
 
+#include <charconv>
 #include <chrono>
+#include <cstring>
 #include <ctime>
+#include <set>
 #include <thread>
 
 #include "cli/command_tree.h"
 #include "cli/records.h"
 #include "cli/sel_entry.h"
+#include "cli/targets.h"
 #include "cli/times.h"
 
 namespace cli
@@ -47,12 +51,116 @@ chained_record entry(const blade &at, uint16_t id)
     return {found.next_record_id, record};
 }
 
-report list(const blade &at)
+struct list_choice {
+    std::chrono::milliseconds interval{1000};
+};
+
+report list(const blade &at, const list_choice &)
 {
     const auto log = ask_info<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
     return list_records(
         at, "entries", log.entries, [&](uint16_t id) { return entry(at, id); },
         [&](const bytes &record) { return entry_summary(record.data(), at.utc); });
+}
+
+// A log and what has been shown of it.
+struct followed_log {
+    blade at;
+    sel_info info{};       // when all entries had been shown
+    std::set<bytes> shown; // the entries, each with its ID
+    uint16_t newest = 0;   // ID of the one that was shown last
+};
+
+// Whether the entry that was shown last is still the one with its ID.
+bool goes_on(const followed_log &log)
+{
+    try {
+        return log.shown.count(entry(log.at, log.newest).record) != 0;
+    } catch (const failure &refusal) {
+        if (refusal.code != no_such_record)
+            throw;
+        return false;
+    }
+}
+
+void forget_shown(followed_log &log, stream &out)
+{
+    if (log.shown.empty())
+        return;
+    const std::string name = target_name(log.at.location);
+    out.notice("blade " + name + ": the log was cleared", {{"blade", name}, {"cleared", true}});
+    log.shown.clear();
+}
+
+// From the entry that was shown last, or from the log's beginning.
+void show_from(uint16_t id, followed_log &log, stream &out)
+{
+    record_chain chain(id);
+    while (chain.goes_on()) {
+        const chained_record found = entry(log.at, chain.next());
+        if (log.shown.count(found.record) == 0) {
+            if (chain.length() == 0)
+                forget_shown(log, out); // not even the oldest is one of those
+            json fields = {{"blade", target_name(log.at.location)}};
+            fields.update(entry_summary(found.record.data(), log.at.utc));
+            out.line(fields);
+            log.shown.insert(found.record);
+        }
+        log.newest = load_le16(found.record.data());
+        chain.follow(found.next);
+    }
+}
+
+// Some controllers do not note when their log was erased: then the entries tell.
+void show_news(followed_log &log, stream &out)
+{
+    const auto info = ask_info<sel_info>(get_sel_info, log.at, ipmi_location_get_sel_info);
+    if (memcmp(&info, &log.info, sizeof info) == 0)
+        return;
+    const bool erased = load_le32(info.erase_time) != load_le32(log.info.erase_time);
+    if (info.entries == 0)
+        forget_shown(log, out);
+    else
+        show_from(!erased && goes_on(log) ? log.newest : 0, log, out);
+    log.info = info;
+}
+
+// Ends by itself only when no blade can be asked from the start.
+exit_code follow(const blades &at, const list_choice &chosen, stream &out)
+{
+    std::vector<followed_log> logs;
+    for (const blade_location &location : at.locations)
+        logs.push_back({{location, at.utc}, {}, {}, 0});
+    for (bool any = false;; out.wait(chosen.interval)) {
+        exit_code worst = exit_fine;
+        for (followed_log &log : logs) {
+            const std::string name = target_name(log.at.location);
+            try {
+                show_news(log, out);
+                out.works(name);
+                any = true;
+            } catch (const failure &why) {
+                if (why.code == erase_in_progress) {
+                    any = true; // it will be empty the next time
+                } else {
+                    out.failed(name, why);
+                    worst = worse(worst, why.kind);
+                }
+            }
+        }
+        if (!any)
+            return worst;
+    }
+}
+
+std::chrono::milliseconds seconds(const std::string &text)
+{
+    double value = 0;
+    const char *const end = text.data() + text.size();
+    const bool read = std::from_chars(text.data(), end, value).ptr == end;
+    if (!read || !(value >= 0.1 && value <= 3600))
+        throw usage_failure("\"" + text + "\" is not a number of seconds from 0.1 to 3600");
+    return std::chrono::milliseconds(static_cast<int>(value * 1000));
 }
 
 struct entry_choice {
@@ -149,7 +257,12 @@ void add_sel(const noun &root)
 {
     const noun sel = root.noun_below("sel", "The system event log (SEL)");
     sel.verb("info", "Show the log's size, room and latest changes", info);
-    sel.verb("list", "Show all entries, oldest first", list).binary();
+    sel.verb("list", "Show all entries, oldest first", list)
+        .follow("--follow", follow, "Then go on with new entries as they come, until interrupted")
+        .option("--interval", "SECONDS", &list_choice::interval, seconds,
+                "How often to look for new entries, 0.1 to 3600; otherwise every second")
+        .needs("--follow")
+        .binary();
     sel.verb("get", "Show one entry with all it holds", get)
         .argument("ID", &entry_choice::id, number<uint16_t>,
                   "Record ID, e.g. 0x0001; 0x0000 is the first, 0xFFFF the last")

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/failure.h"
+#include "cli/lists.h"
 #include "cli/numbers.h"
 
 namespace cli
@@ -11,37 +11,22 @@ namespace cli
 namespace
 {
 
-bool same(const blade_location &one, const blade_location &other)
-{
-    return one.slot_id == other.slot_id && one.sub_slot_id == other.sub_slot_id;
-}
-
 void add(std::vector<blade_location> &targets, int64_t slot, int64_t sub_slot)
 {
     const blade_location blade = {static_cast<uint8_t>(slot), static_cast<uint8_t>(sub_slot), {}};
-    const auto known = [&](const blade_location &other) { return same(blade, other); };
-    if (std::none_of(targets.begin(), targets.end(), known))
+    if (!is_among(targets, blade))
         targets.push_back(blade);
-}
-
-int64_t slot(const std::string &text)
-{
-    return parse_number(text, 1, 255);
 }
 
 void add_item(std::vector<blade_location> &targets, const std::string &item)
 {
-    if (const size_t dot = item.find('.'); dot != item.npos) {
-        add(targets, slot(item.substr(0, dot)), parse_number(item.substr(dot + 1), 0, 255));
-        return;
-    }
-    const size_t dash = item.find('-');
-    const int64_t first = slot(item.substr(0, dash));
-    const int64_t last = dash == item.npos ? first : slot(item.substr(dash + 1));
-    if (last < first)
-        throw usage_failure("the range runs backwards");
-    for (int64_t each = first; each <= last; ++each)
-        add(targets, each, 0);
+    constexpr int64_t most = 255;
+    const size_t dot = item.find('.');
+    if (dot == item.npos)
+        parse_range(item, 1, most, [&](int64_t slot) { add(targets, slot, 0); });
+    else
+        add(targets, parse_number(item.substr(0, dot), 1, most),
+            parse_number(item.substr(dot + 1), 0, most));
 }
 
 } // namespace
@@ -49,18 +34,16 @@ void add_item(std::vector<blade_location> &targets, const std::string &item)
 std::vector<blade_location> parse_targets(const std::string &text)
 {
     std::vector<blade_location> targets;
-    for (size_t start = 0; start <= text.size();) {
-        const size_t comma = std::min(text.find(',', start), text.size());
-        const std::string item = text.substr(start, comma - start);
-        try {
-            add_item(targets, item);
-        } catch (const failure &wrong) {
-            throw usage_failure("blade \"" + item + "\": " + wrong.what() +
-                                "; blades are named like 1-8,10,3.2");
-        }
-        start = comma + 1;
-    }
+    parse_list(text, "blade", "blades are named like 1-8,10,3.2",
+               [&](const std::string &item) { add_item(targets, item); });
     return targets;
+}
+
+bool is_among(const std::vector<blade_location> &targets, const blade_location &location)
+{
+    return std::any_of(targets.begin(), targets.end(), [&](const blade_location &each) {
+        return each.slot_id == location.slot_id && each.sub_slot_id == location.sub_slot_id;
+    });
 }
 
 std::string target_name(const blade_location &location)

@@ -14,6 +14,8 @@ namespace cli
 // named twice is asked once, where it is named first. Anything else is a usage failure.
 std::vector<blade_location> parse_targets(const std::string &text);
 
+bool is_among(const std::vector<blade_location> &targets, const blade_location &location);
+
 // A location as it can be typed: "3", or "3.2".
 std::string target_name(const blade_location &location);
 

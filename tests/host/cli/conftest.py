@@ -3,7 +3,10 @@
 import json
 import os
 import pathlib
+import select
+import signal
 import subprocess
+import time
 
 import pytest
 
@@ -41,6 +44,75 @@ class Tool:
 @pytest.fixture
 def ruk_ipmi(environment):
     return Tool(environment)
+
+
+class Following:
+    """The tool in a command that goes on until it is interrupted."""
+
+    patience = 20
+
+    def __init__(self, tool, *arguments):
+        self.process = subprocess.Popen(
+            [tool.path, *map(str, arguments)],
+            env=tool.environment,
+            stdout=subprocess.PIPE,
+            stderr=subprocess.PIPE,
+        )
+
+    def _line(self, stream):
+        line = b""
+        until = time.monotonic() + self.patience
+        while not line.endswith(b"\n"):
+            ready, _, _ = select.select([stream], [], [], until - time.monotonic())
+            assert ready, f"no line came, but {line!r}"
+            byte = os.read(stream.fileno(), 1)
+            assert byte, f"it ended after {line!r}"
+            line += byte
+        return line.decode().rstrip("\n")
+
+    def line(self):
+        return self._line(self.process.stdout)
+
+    def message(self):
+        """A line of its standard error."""
+        return self._line(self.process.stderr)
+
+    def objects(self, count):
+        """Its next lines, which are JSON."""
+        return [json.loads(self.line()) for _ in range(count)]
+
+    def stop(self, how=signal.SIGINT):
+        """Interrupts it: the exit code, and what else it had to say on standard output."""
+        self.process.send_signal(how)
+        rest, _ = self.process.communicate(timeout=self.patience)
+        return self.process.returncode, rest.decode()
+
+
+@pytest.fixture
+def follow(ruk_ipmi):
+    """Starts the tool in a command that goes on."""
+    started = []
+
+    def start_following(*arguments):
+        started.append(Following(ruk_ipmi, *arguments))
+        return started[-1]
+
+    yield start_following
+    for each in started:
+        each.process.kill()
+        each.process.communicate()
+
+
+@pytest.fixture
+def watch(follow):
+    """Starts `events watch`, which has begun when this returns."""
+
+    def start_watching(*arguments):
+        watcher = follow("-v", "--utc", "events", "watch", *arguments)
+        assert "watching from behind interrupt" in watcher.message()
+        return watcher
+
+    return start_watching
 
 
 @pytest.fixture

@@ -51,3 +51,18 @@ TEST(hex, of_bytes_keeps_their_order)
     EXPECT_EQ(hex(bytes{0x01, 0xFE, 0x00}), "01 fe 00");
     EXPECT_EQ(hex(bytes{}), "");
 }
+
+TEST(hex, that_is_printed_can_be_typed_back)
+{
+    const bytes data = {0x01, 0xFE, 0x00};
+    EXPECT_EQ(parse_hex(hex(data)), data);
+    EXPECT_EQ(parse_hex("01FE00"), data);
+    EXPECT_EQ(parse_hex(""), bytes{});
+}
+
+TEST(hex, that_is_not_whole_bytes_is_refused)
+{
+    for (const char *text :
+         {"1", "012", "0x01", "gg", " 01", "01 ", "01  02", "0 1", "-1", "01,02"})
+        EXPECT_THROW(parse_hex(text), failure) << '"' << text << '"';
+}

@@ -5,7 +5,26 @@ import subprocess
 
 import pytest
 
-WITHOUT_BLADES = [["sel", "list"], ["fru", "print"], ["raw", "6", "1"], ["sdr", "get", "1"]]
+WITHOUT_BLADES = [
+    ["sel", "list"],
+    ["sel", "list", "--follow"],
+    ["fru", "print"],
+    ["raw", "6", "1"],
+    ["sdr", "get", "1"],
+    ["events", "post", "--events", "1"],
+    ["timeouts", "clear"],
+]
+HELPED = [
+    [],
+    ["sel"],
+    ["sel", "list"],
+    ["sel", "time", "set"],
+    ["fru", "write"],
+    ["events"],
+    ["events", "watch"],
+    ["events", "post"],
+    ["timeouts"],
+]
 
 
 @pytest.mark.parametrize("command", WITHOUT_BLADES)
@@ -36,6 +55,17 @@ def test_a_blade_command_asks_for_which_blades(ruk_ipmi, command):
         (["-b", "1", "raw", "6", "1", "256"], "BYTES: 256 is not from 0 to 255"),
         (["-b", "1", "sel", "time", "set", "noon"], 'TIME: "noon" is not a time'),
         (["-b", "1", "sel", "utc-offset", "set", "1500"], "MINUTES: 1500 is not from -1440"),
+        (["-b", "1", "-o", "binary", "sel", "list", "--follow"], "no binary output while it goes"),
+        (["-b", "1", "sel", "list", "--interval", "2"], "--interval requires --follow"),
+        (["-b", "1", "sel", "list", "--follow", "--interval", "0"], '--interval: "0" is not a'),
+        (["-b", "1", "sel", "list", "--follow", "--interval", "1s"], "seconds from 0.1 to 3600"),
+        (["-b", "1", "events", "post"], "--events is required"),
+        (["-b", "1", "events", "post", "--events", "3,65"], '--events: event "65": 65 is not'),
+        (["-b", "1", "events", "post", "--events", "1", "--data", "0x"], '"0x" is not bytes'),
+        (["-b", "1", "events", "post", "--events", "1", "--data", "00" * 165], "165 bytes do not"),
+        (["events", "watch", "--events", "8-1"], 'event "8-1": the range runs backwards'),
+        (["events", "watch", "-o", "binary"], "events watch: has no binary output"),
+        (["events", "ring", "-o", "binary"], "events ring: has no binary output"),
         (["-b", "1", "fru", "write", "/nowhere"], "FILE: cannot read /nowhere: No such file"),
     ],
 )
@@ -58,7 +88,7 @@ def test_a_mistake_is_valid_json_too(ruk_ipmi):
     assert element["error"]["message"] in ended.stderr
 
 
-@pytest.mark.parametrize("command", [[], ["sel"], ["sel", "time", "set"], ["fru", "write"]])
+@pytest.mark.parametrize("command", HELPED)
 def test_help_at_every_level_fits_80_columns(ruk_ipmi, command):
     text = ruk_ipmi.text(*command, "-h")
     assert "-b,--blade SLOT[.SUB]" in text

@@ -1,0 +1,109 @@
+#include "cli/stream.h"
+
+#include <csignal>
+#include <cstdio>
+#include <poll.h>
+#include <unistd.h>
+
+namespace cli
+{
+
+namespace
+{
+
+void end_quietly(int)
+{
+    _exit(exit_fine);
+}
+
+// A blade's name is a number too, though it may have a dot.
+std::string column_text(const std::string &key, const json &value)
+{
+    const bool named = value.is_number() || key == "blade";
+    return (named ? label(key) + " " : "") + value_text(value);
+}
+
+std::string about(const std::string &blade)
+{
+    return blade.empty() ? "ruk-ipmi" : "blade " + blade;
+}
+
+json about_fields(const std::string &blade, const json &error)
+{
+    json fields = json::object();
+    if (!blade.empty())
+        fields["blade"] = blade;
+    fields["error"] = error;
+    return fields;
+}
+
+} // namespace
+
+stream::stream(format chosen, bool verbose) : format_(chosen), verbose_(verbose)
+{
+    for (const int each : {SIGINT, SIGTERM, SIGPIPE})
+        signal(each, end_quietly);
+}
+
+void stream::line(const json &fields)
+{
+    if (format_ == format::as_json) {
+        write(json_line(fields));
+        return;
+    }
+    widths_.resize(std::max(widths_.size(), fields.size()));
+    std::string text;
+    size_t column = 0;
+    for (const auto &[key, value] : fields.items()) {
+        const std::string cell = column_text(key, value);
+        size_t &width = widths_[column++];
+        width = std::max(width, cell.size());
+        text += column == fields.size() ? cell : padded(cell, width + 2);
+    }
+    write(text);
+}
+
+void stream::notice(const std::string &text, const json &fields)
+{
+    if (format_ == format::as_json)
+        line(fields);
+    fprintf(stderr, "%s\n", text.c_str());
+}
+
+void stream::failed(const std::string &blade, const failure &why)
+{
+    std::string &last = failures_[blade];
+    if (last == why.what())
+        return;
+    last = why.what();
+    notice(about(blade) + ": " + last, about_fields(blade, failure_fields(why)));
+}
+
+void stream::works(const std::string &blade)
+{
+    if (failures_.erase(blade) != 0)
+        notice(about(blade) + ": works again", about_fields(blade, nullptr));
+}
+
+void stream::remark(const std::string &text) const
+{
+    if (verbose_)
+        fprintf(stderr, "ruk-ipmi: %s\n", text.c_str());
+}
+
+void stream::wait(std::chrono::milliseconds limit, int fd) const
+{
+    pollfd watched[] = {{STDOUT_FILENO, 0, 0}, {fd, POLLIN, 0}};
+    if (poll(watched, std::size(watched), static_cast<int>(limit.count())) > 0 &&
+        (watched[0].revents & (POLLERR | POLLHUP)) != 0)
+        end_quietly(0);
+}
+
+// A line goes out in one piece, before the next is looked for.
+void stream::write(const std::string &text)
+{
+    if (fputs((text + "\n").c_str(), stdout) < 0 || fflush(stdout) != 0)
+        throw std::runtime_error("cannot write all of standard output");
+}
+
+} // namespace cli
