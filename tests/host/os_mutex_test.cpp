@@ -1,11 +1,7 @@
 // Named mutexes, among threads and among processes that die as their holders.
 
-#include <algorithm>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <gtest/gtest.h>
-#include <malloc.h>
 #include <string>
 #include <thread>
 #include <vector>
@@ -192,37 +188,6 @@ TEST_F(OsMutex, FollowsAThreadThatEndsAsItsHolder)
     EXPECT_EQ(0u, in_thread([&] { return os_mutex_get(&mutex, 0); }));
     EXPECT_EQ(0u, os_mutex_get(&mutex, 100));
     EXPECT_EQ(0u, os_mutex_put(&mutex));
-}
-
-// Lines of the process's memory map, and its open descriptors.
-std::pair<long, long> mappings_and_descriptors()
-{
-    std::ifstream maps("/proc/self/maps");
-    const std::filesystem::directory_iterator open("/proc/self/fd");
-    return {std::count(std::istreambuf_iterator<char>(maps), {}, '\n'),
-            std::distance(begin(open), end(open))};
-}
-
-TEST_F(OsMutex, AMillionLookUpsHoldOnToNothing)
-{
-    const auto look_up_often = [](int rounds) {
-        for (int i = 0; i < rounds; ++i) {
-            os_mutex mutex{};
-            if (os_mutex_create("ruk_mutex_ipmi", &mutex) == 0 && i > 0)
-                return false;
-            if (os_mutex_ident("ruk_mutex_ipmi", &mutex) != 0 || os_mutex_get(&mutex, 100) != 0 ||
-                os_mutex_put(&mutex) != 0)
-                return false;
-        }
-        return true;
-    };
-    made("ruk_mutex_ipmi");
-    ASSERT_TRUE(look_up_often(1000));
-    const auto before = mappings_and_descriptors();
-    const size_t allocated = mallinfo2().uordblks;
-    EXPECT_TRUE(look_up_often(1000000));
-    EXPECT_EQ(allocated, mallinfo2().uordblks);
-    EXPECT_EQ(before, mappings_and_descriptors());
 }
 
 } // namespace

@@ -42,6 +42,19 @@ void scripted_os::fails(const std::string &function, uint32_t status, unsigned t
     faults_[function] = {status, times, after};
 }
 
+void scripted_os::fails_after(unsigned after, uint32_t status)
+{
+    const std::lock_guard lock(mutex_);
+    failing_call_ = calls_ + after;
+    its_status_ = status;
+}
+
+unsigned scripted_os::calls() const
+{
+    const std::lock_guard lock(mutex_);
+    return calls_;
+}
+
 void scripted_os::on_wait(step happens)
 {
     const std::lock_guard lock(mutex_);
@@ -156,6 +169,8 @@ uint32_t scripted_os::called(const char *function, const std::string &arguments)
 {
     scripted_platform::current().log(
         {channel::os, arguments.empty() ? function : std::string(function) + " " + arguments});
+    if (calls_++ == failing_call_)
+        return its_status_;
     const auto found = faults_.find(function);
     if (found == faults_.end() || found->second.times == 0)
         return 0;
@@ -181,10 +196,12 @@ bool scripted_os::happens_next(std::deque<step> &steps, std::unique_lock<std::mu
     return true;
 }
 
+// Memory as it may come: full of something.
 void *scripted_os::allocate(size_t size)
 {
     const std::lock_guard lock(mutex_);
-    return last_allocated = called("os_malloc", "") != 0 ? nullptr : malloc(size);
+    last_allocated = called("os_malloc", "") != 0 ? nullptr : calloc(1, size);
+    return last_allocated ? memset(last_allocated, 0xA5, size) : nullptr;
 }
 
 uint32_t scripted_os::find_shm(uint32_t component, void **holder)

@@ -51,6 +51,12 @@ class scripted_os
     void fails(const std::string &function, uint32_t status, unsigned times = 1,
                unsigned after = 0);
 
+    // Of all calls of the layer, the one after the next `after` ones fails.
+    void fails_after(unsigned after, uint32_t status);
+
+    // How many calls there were.
+    unsigned calls() const;
+
     // What happens, on a thread of its own, while the callback thread waits without limit; while
     // it waits a tick; while it sleeps.
     void on_wait(step happens);
@@ -116,6 +122,9 @@ class scripted_os
 
     mutable std::mutex mutex_;
     std::map<std::string, fault> faults_;
+    unsigned calls_ = 0;
+    unsigned failing_call_ = ~0u;
+    uint32_t its_status_ = 0;
     std::deque<step> waits_, ticks_, sleeps_, locks_;
     std::map<std::string, bool> mutexes_; // by name: whether it is held
     std::map<std::string, bool> events_;  // by name: whether it is set

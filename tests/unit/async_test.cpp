@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <thread>
 
+#include "memory.h"
 #include "runtime.h"
 
 using namespace ruk_ipmi_testing;
@@ -40,6 +41,21 @@ TEST_F(async, says_when_there_is_no_memory)
     EXPECT_EQ(platform.journal(),
               (events{os_call("os_malloc"), error_line("Cannot allocate memory in IPMI Call (null "
                                                        "parameter received)\n")}));
+}
+
+TEST_F(async, gives_up_a_command_that_it_cannot_keep_in_mind)
+{
+    platform.expects(request).keeps_waiting();
+    uint32_t rc = 0;
+    {
+        const no_memory_left for_the_list; // the platform has its own
+        rc = send();
+    }
+    EXPECT_EQ(rc, 0x5104u);
+    EXPECT_EQ(platform.log(), (events{error_line("Cannot allocate memory in IPMI Call (null "
+                                                 "parameter received)\n")}));
+    EXPECT_EQ(platform.attached_times(), 0u);
+    EXPECT_EQ(platform.os.threads_created(), 0u);
 }
 
 TEST_F(async, attaches_sends_and_stays_attached)

@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 
+#include "memory.h"
 #include "support/scripted_platform_gtest.h"
 
 using namespace ruk_ipmi_testing;
@@ -139,6 +140,18 @@ TEST_F(list, appends_even_when_it_cannot_be_locked)
     platform.os.fails("os_mutex_get", 1);
     EXPECT_EQ(list_insert(&items, &one), 0);
     EXPECT_EQ(content(), (std::vector{1}));
+}
+
+TEST_F(list, says_when_there_is_no_memory_for_a_node)
+{
+    int result = 0;
+    {
+        const no_memory_left here;
+        result = list_insert(&items, &one);
+    }
+    EXPECT_EQ(result, -1);
+    EXPECT_EQ(content(), std::vector<int>{});
+    EXPECT_EQ(platform.journal(), (events{locked, unlocked}));
 }
 
 TEST_F(list, refuses_to_append_to_nothing_but_locks_all_the_same)
