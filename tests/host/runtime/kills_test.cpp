@@ -115,6 +115,21 @@ int inspect(common &all)
     return good ? 0 : 2;
 }
 
+// A process that has the ring's lock and keeps it.
+child_process owner_of_the_lock(shared<common> &all)
+{
+    child_process owner([&] {
+        mutex_obj lock{};
+        if (acquire_mutex("ruk_mutex_ipmi", &lock, 0) != 0)
+            return 1;
+        all->held = true;
+        for (;;)
+            pause_for(1s);
+    });
+    EXPECT_TRUE(eventually([&] { return all->held.load(); }));
+    return owner;
+}
+
 } // namespace
 
 TEST(Kills, LeaveTheRingConsistentAndNobodyWaitingForASecond)
@@ -156,15 +171,7 @@ TEST(Kills, OfWhoHoldsTheRingsLockHandItToTheNext)
     const chassis_daemon served(one_blade);
     for (int i = 0; i < 20; ++i) {
         shared<common> all;
-        child_process owner([&] {
-            mutex_obj lock{};
-            if (acquire_mutex("ruk_mutex_ipmi", &lock, 0) != 0)
-                return 1;
-            all->held = true;
-            for (;;)
-                pause_for(1s);
-        });
-        ASSERT_TRUE(eventually([&] { return all->held.load(); }));
+        child_process owner = owner_of_the_lock(all);
         owner.kill();
         EXPECT_EQ(owner.wait(), -SIGKILL);
         EXPECT_EQ(in_child([&] { return inspect(*all); }), 0);
@@ -176,15 +183,7 @@ TEST(Kills, OfWhoHoldsTheRingsLockReachThoseThatWaitForIt)
 {
     const chassis_daemon served(one_blade);
     shared<common> all;
-    child_process owner([&] {
-        mutex_obj lock{};
-        if (acquire_mutex("ruk_mutex_ipmi", &lock, 0) != 0)
-            return 1;
-        all->held = true;
-        for (;;)
-            pause_for(1s);
-    });
-    ASSERT_TRUE(eventually([&] { return all->held.load(); }));
+    child_process owner = owner_of_the_lock(all);
     child_process waiting([&] { return inspect(*all); });
     pause_for(200ms);
     owner.kill();
