@@ -30,7 +30,8 @@ RUK_IPMI_API uint32_t ruk_ipmi_init(void);
 /**
  * Ends the callback thread. Called from a callback, it ends the thread at once and does not
  * return. Called from any other thread, it returns at once; the callback thread ends when the pass
- * under way is over. Commands that are unanswered then stay so: their callbacks never run. A later
+ * under way is over. A thread that was started but does not run yet forgets a call that comes that
+ * early. Commands that are unanswered then stay so: their callbacks never run. A later
  * asynchronous command or registration does not start the thread again until `ruk_ipmi_init` was
  * called.
  */

@@ -60,7 +60,7 @@ RUK_IPMI_API uint32_t imc_event_set_NEXT_ASSERTED(uint32_t after, const imc_even
  *
  * A process has one registration, which a later call replaces. The first is told what happens from
  * now on (and what the ring still holds, if more than 10,000 interrupts were ever numbered); one
- * that finds the callback thread running is first told, in order, all that the ring still holds,
+ * that finds the callback thread at work or waiting is first told, in order, all that the ring still holds,
  * the next time the thread is woken. A callback may register anew.
  *
  * @param set  the events; copied. Must not be null.

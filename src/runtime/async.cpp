@@ -9,8 +9,6 @@
 #include "platform/message_service.h"
 #include "runtime/messages.h"
 #include "runtime/state.h"
-#include "runtime/threads.h"
-#include "runtime/words.h"
 
 static_assert(sizeof(void *) != 4 || sizeof(ruk::pending_request) == 20);
 
@@ -23,18 +21,6 @@ uint32_t no_memory()
 {
     slog_elog("Cannot allocate memory in IPMI Call (null parameter received)\n");
     return IPMI_ERR_NO_MEMORY;
-}
-
-// Starts the callback thread if there is none; false if there is.
-bool started_callback_thread()
-{
-    const guard lock(registration_lock);
-    if (ipmi_lib_state.thread_id != 0)
-        return false;
-    slog_dlog("create event returned error %x\n", 0);
-    slog_dlog("Creating Ipmi callback thread \n");
-    os_thread_create(ipmi_callback_thread, nullptr, &ipmi_lib_state.thread_id);
-    return true;
 }
 
 } // namespace
@@ -63,7 +49,11 @@ uint32_t send_ruk_ipmi_command(ipmi_request *request, ipmi_response_callback cal
         free(pending);
         return no_memory();
     }
-    if (!started_callback_thread()) {
+    if (claims_callback_thread()) {
+        slog_dlog("create event returned error %x\n", 0);
+        slog_dlog("Creating Ipmi callback thread \n");
+        create_callback_thread();
+    } else {
         slog_dlog("Sending event to callback thread \n");
         os_ev_set(&lib.callback_event);
     }

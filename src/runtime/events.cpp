@@ -80,13 +80,15 @@ uint32_t imc_event_set_NEXT_ASSERTED(uint32_t after, const imc_event_set *set)
 uint32_t ruk_register_imc_event_set(const imc_event_set *set, imc_event_callback cb)
 {
     lib_state &lib = ipmi_lib_state;
-    const guard lock(registration_lock);
-    lib.event_mask = *set;
-    lib.event_callback = cb;
-    store(lib.last_int_num, 0u);
-    if (lib.thread_id != 0)
+    {
+        const guard lock(registration_lock);
+        lib.event_mask = *set;
+        lib.event_callback = cb;
+        store(lib.last_int_num, 0u);
+    }
+    if (!claims_callback_thread())
         return 0;
-    const uint32_t rc = os_thread_create(ipmi_callback_thread, nullptr, &lib.thread_id);
+    const uint32_t rc = create_callback_thread();
     if (rc != 0)
         slog_dlog("Error code returned by os_thread_create %d (0x%d) ", rc, rc);
     return rc;

@@ -14,6 +14,27 @@ namespace ruk
 lib_state ipmi_lib_state;
 pthread_mutex_t registration_lock = PTHREAD_MUTEX_INITIALIZER;
 
+namespace
+{
+
+constexpr os_thread_id none = 0;
+constexpr os_thread_id being_created = 1; // no thread's
+
+} // namespace
+
+bool claims_callback_thread()
+{
+    return replace(ipmi_lib_state.thread_id, none, being_created);
+}
+
+uint32_t create_callback_thread()
+{
+    os_thread_id id = none;
+    const uint32_t rc = os_thread_create(ipmi_callback_thread, nullptr, &id);
+    store(ipmi_lib_state.thread_id, id);
+    return rc;
+}
+
 void clean_up()
 {
     slog_dlog("Cleaning ipmi library. \n");

@@ -76,7 +76,9 @@ int list_insert(ipmi_list *list, void *data)
         list ? static_cast<ipmi_list_node *>(malloc(sizeof(ipmi_list_node))) : nullptr;
     if (node) {
         *node = {data, nullptr};
-        store(*link_to(list, nullptr), node);
+        // Again where another thread, without the lock as this may be, was faster.
+        while (!replace(*link_to(list, nullptr), static_cast<ipmi_list_node *>(nullptr), node))
+            ;
     }
     release_list_access(list);
     return node ? 0 : -1;

@@ -77,21 +77,22 @@ void renumber(ipmi_shm *shm)
 
 // Fills a slot. It has no number until all the rest is stored, so a writer that is killed on the
 // way leaves a hole that every reader passes over, never half an interrupt or one out of its turn.
-void append(ipmi_shm *shm, const ipmi_interrupt &record, uint32_t new_num)
+void append(ipmi_shm *shm, ipmi_interrupt record, uint32_t new_num)
 {
     const uint32_t at = slot(load(shm->next_slot));
     ipmi_interrupt &target = shm->ring[at];
+    const uint32_t int_num = record.int_num;
+    const uint32_t prev_num = record.prev_num;
+    record.int_num = record.prev_num = 0;
     target.int_num = target.prev_num = 0;
     in_this_order();
-    ipmi_interrupt unnumbered = record;
-    unnumbered.int_num = unnumbered.prev_num = 0;
-    target = unnumbered;
+    target = record;
     in_this_order();
     store(shm->next_slot, at + 1);
     store(shm->last_int_num, new_num); // read without the lock by a reader that begins
     in_this_order();
-    target.prev_num = record.prev_num;
-    store(target.int_num, record.int_num);
+    target.prev_num = prev_num;
+    store(target.int_num, int_num);
 }
 
 using number_field = uint32_t ipmi_interrupt::*;

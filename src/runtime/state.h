@@ -23,7 +23,7 @@ struct lib_state {
     imc_event_callback event_callback; // the registration: callback and wanted events
     imc_event_set event_mask;
     ipmi_list pending;       // outstanding asynchronous commands
-    os_thread_id thread_id;  // the callback thread; 0 while none was created
+    os_thread_id thread_id;  // the callback thread; 0 while there is none
     os_event callback_event; // wakes the callback thread
     uint32_t exit_requested; // 1 once ruk_ipmi_exit was called
     uintptr_t thread_self;   // the callback thread's own idea of its identifier
@@ -31,8 +31,7 @@ struct lib_state {
 
 extern lib_state ipmi_lib_state;
 
-// Over the registration, whose callback goes with its events, and over the start of the callback
-// thread, which happens once. Never held while a callback runs.
+// Over the registration, whose callback goes with its events. Never held while a callback runs.
 extern pthread_mutex_t registration_lock;
 
 // An asynchronous command that waits for its answer.
@@ -43,6 +42,13 @@ struct pending_request {
     ipmi_response_callback callback;
     uint32_t ticks_left; // how many more times its answer is looked for
 };
+
+// Whether it is the caller's part to create the callback thread: of all who find none, one's.
+bool claims_callback_thread();
+
+// Creates it, for whoever claimed it: 0 or the platform's status. No lock is held, since the thread
+// may be anywhere by the time this returns.
+uint32_t create_callback_thread();
 
 // Ends the callback thread's share in the platform: its event and its notifications.
 void clean_up();

@@ -1,7 +1,6 @@
 // The functions of the operating-system layer, each handing its call to the platform that lives.
 
 #include <cstdarg>
-#include <pthread.h>
 
 #include "platform/message_service.h"
 #include "platform/os.h"
@@ -80,7 +79,7 @@ uint32_t os_thread_set_name(const char *name)
 
 void os_thread_exit()
 {
-    pthread_exit(nullptr);
+    os().end_thread();
 }
 
 uint32_t os_notify_list_init(os_notify_list *list)
@@ -100,8 +99,7 @@ uint32_t os_notify_init(os_notify_handle *handle, os_notify_hook hook)
 
 uint32_t os_notify_get(uint32_t *type, uint32_t, va_list args)
 {
-    *type = va_arg(args, uint32_t);
-    return 0;
+    return os().read_type(type, args);
 }
 
 uint32_t os_notify_register(os_notify_list list, os_notify_handle handle)

@@ -67,16 +67,10 @@ void scripted_os::on_tick(step happens)
     ticks_.push_back(std::move(happens));
 }
 
-void scripted_os::on_sleep(step happens)
+void scripted_os::before(const std::string &function, step happens)
 {
     const std::lock_guard lock(mutex_);
-    sleeps_.push_back(std::move(happens));
-}
-
-void scripted_os::on_lock(step happens)
-{
-    const std::lock_guard lock(mutex_);
-    locks_.push_back(std::move(happens));
+    steps_[function].push_back(std::move(happens));
 }
 
 namespace
@@ -91,27 +85,26 @@ void call_hook(os_notify_hook hook, uint32_t type)
 
 void scripted_os::notify(uint32_t type)
 {
-    std::vector<os_notify_hook> wanted;
+    std::vector<os_notify_hook> registered;
     {
         const std::lock_guard lock(mutex_);
         for (const auto &[handle, list] : registrations_)
-            if (lists_.at(list - 1).count(type) != 0)
-                wanted.push_back(hooks_.at(handle - 1));
+            registered.push_back(hooks_.at(handle - 1));
     }
-    for (const os_notify_hook hook : wanted)
+    for (const os_notify_hook hook : registered)
         call_hook(hook, type);
 }
 
 void scripted_os::hold(const std::string &mutex)
 {
     const std::lock_guard lock(mutex_);
-    mutexes_[mutex] = true;
+    mutexes_[mutex] = held::by_another_process;
 }
 
 void scripted_os::let_go(const std::string &mutex)
 {
     const std::lock_guard lock(mutex_);
-    mutexes_[mutex] = false;
+    mutexes_[mutex] = held::no;
 }
 
 // What happened.
@@ -155,18 +148,24 @@ std::string scripted_os::complaint() const
     for (const auto &[function, planned] : faults_)
         if (planned.times != 0)
             all += "never called, and so never failed: " + function + "\n";
-    for (const auto &[name, held] : mutexes_)
-        if (held)
+    for (const auto &[name, state] : mutexes_)
+        if (state != held::no)
             all += "never unlocked: " + name + "\n";
-    if (!waits_.empty() || !ticks_.empty() || !sleeps_.empty() || !locks_.empty())
-        all += "something in the script never came to happen\n";
+    for (const auto &[function, steps] : steps_)
+        if (!steps.empty())
+            all += "never called, so that what comes before never happened: " + function + "\n";
+    if (!waits_.empty() || !ticks_.empty())
+        all += "the callback thread did not wait as often as the script has it\n";
     return all;
 }
 
 // The platform's side.
 
-uint32_t scripted_os::called(const char *function, const std::string &arguments)
+uint32_t scripted_os::called(std::unique_lock<std::mutex> &lock, const char *function,
+                             const std::string &arguments)
 {
+    if (const auto steps = steps_.find(function); steps != steps_.end())
+        happens_next(steps->second, lock);
     scripted_platform::current().log(
         {channel::os, arguments.empty() ? function : std::string(function) + " " + arguments});
     if (calls_++ == failing_call_)
@@ -199,15 +198,15 @@ bool scripted_os::happens_next(std::deque<step> &steps, std::unique_lock<std::mu
 // Memory as it may come: full of something.
 void *scripted_os::allocate(size_t size)
 {
-    const std::lock_guard lock(mutex_);
-    last_allocated = called("os_malloc", "") != 0 ? nullptr : calloc(1, size);
+    std::unique_lock lock(mutex_);
+    last_allocated = called(lock, "os_malloc") != 0 ? nullptr : calloc(1, size);
     return last_allocated ? memset(last_allocated, 0xA5, size) : nullptr;
 }
 
 uint32_t scripted_os::find_shm(uint32_t component, void **holder)
 {
-    const std::lock_guard lock(mutex_);
-    const uint32_t rc = called("find_component_shm", formatted("%u", component));
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called(lock, "find_component_shm", formatted("%u", component));
     if (rc == 0)
         *holder = &region;
     return rc;
@@ -215,10 +214,10 @@ uint32_t scripted_os::find_shm(uint32_t component, void **holder)
 
 uint32_t scripted_os::create_mutex(const char *name, os_mutex *mutex)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_mutex_create", name))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_mutex_create", name))
         return rc;
-    if (!mutexes_.emplace(name, false).second)
+    if (!mutexes_.emplace(name, held::no).second)
         return exists;
     give_name(mutex, name);
     return 0;
@@ -226,8 +225,8 @@ uint32_t scripted_os::create_mutex(const char *name, os_mutex *mutex)
 
 uint32_t scripted_os::find_mutex(const char *name, os_mutex *mutex)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_mutex_ident", name))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_mutex_ident", name))
         return rc;
     if (mutexes_.count(name) == 0)
         return unknown;
@@ -238,31 +237,36 @@ uint32_t scripted_os::find_mutex(const char *name, os_mutex *mutex)
 uint32_t scripted_os::lock(os_mutex *mutex, uint32_t ticks)
 {
     std::unique_lock lock(mutex_);
-    happens_next(locks_, lock);
-    const uint32_t rc = called("os_mutex_get", name_of(mutex) + formatted(", %u ticks", ticks));
+    const uint32_t rc =
+        called(lock, "os_mutex_get", name_of(mutex) + formatted(", %u ticks", ticks));
     if (rc != 0)
         return rc;
     const auto found = mutexes_.find(name_of(mutex));
     if (found == mutexes_.end())
         return unknown;
-    return std::exchange(found->second, true) ? busy : 0;
+    unlocked_.wait(lock, [&] { return found->second != held::by_a_thread; });
+    if (found->second == held::by_another_process)
+        return busy;
+    found->second = held::by_a_thread;
+    return 0;
 }
 
 uint32_t scripted_os::unlock(os_mutex *mutex)
 {
-    const std::lock_guard lock(mutex_);
-    const uint32_t rc = called("os_mutex_put", name_of(mutex));
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called(lock, "os_mutex_put", name_of(mutex));
     const auto found = mutexes_.find(name_of(mutex));
     if (found == mutexes_.end())
         return unknown;
-    found->second = false;
+    found->second = held::no;
+    unlocked_.notify_all();
     return rc;
 }
 
 uint32_t scripted_os::create_event(const char *name, os_event *event)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_ev_create", name))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_ev_create", name))
         return rc;
     events_[name] = false;
     give_name(event, name);
@@ -271,9 +275,9 @@ uint32_t scripted_os::create_event(const char *name, os_event *event)
 
 uint32_t scripted_os::set_event(os_event *event)
 {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     const std::string name = name_of(event);
-    const uint32_t rc = called("os_ev_set", name);
+    const uint32_t rc = called(lock, "os_ev_set", name);
     const auto found = events_.find(name);
     if (found == events_.end())
         return unknown;
@@ -286,7 +290,7 @@ uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
     std::unique_lock lock(mutex_);
     const std::string name = name_of(event);
     const uint32_t rc =
-        called("os_ev_wait",
+        called(lock, "os_ev_wait",
                name + (ticks == OS_WAIT_FOREVER ? ", forever" : formatted(", %u ticks", ticks)));
     if (ticks != OS_WAIT_FOREVER) {
         happens_next(ticks_, lock);
@@ -303,8 +307,8 @@ uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
 
 uint32_t scripted_os::delete_event(os_event *event)
 {
-    const std::lock_guard lock(mutex_);
-    const uint32_t rc = called("os_ev_delete", name_of(event));
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called(lock, "os_ev_delete", name_of(event));
     events_.erase(name_of(event));
     *event = {};
     return rc;
@@ -312,8 +316,8 @@ uint32_t scripted_os::delete_event(os_event *event)
 
 uint32_t scripted_os::create_thread(void *(*entry)(void *), void *arg, os_thread_id *id)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_thread_create", ""))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_thread_create"))
         return rc;
     entry_ = entry;
     argument_ = arg;
@@ -323,15 +327,23 @@ uint32_t scripted_os::create_thread(void *(*entry)(void *), void *arg, os_thread
 
 uint32_t scripted_os::name_thread(const char *name)
 {
-    const std::lock_guard lock(mutex_);
+    std::unique_lock lock(mutex_);
     callback_thread_ = pthread_self();
-    return called("os_thread_set_name", name);
+    return called(lock, "os_thread_set_name", name);
+}
+
+void scripted_os::end_thread()
+{
+    std::unique_lock lock(mutex_);
+    called(lock, "os_thread_exit");
+    lock.unlock();
+    pthread_exit(nullptr);
 }
 
 uint32_t scripted_os::make_list(os_notify_list *list)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_notify_list_init", ""))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_notify_list_init"))
         return rc;
     lists_.emplace_back();
     *list = lists_.size();
@@ -340,8 +352,8 @@ uint32_t scripted_os::make_list(os_notify_list *list)
 
 uint32_t scripted_os::add_to_list(uint32_t type, os_notify_list list)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_notify_list_add", formatted("0x%02X", type)))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_notify_list_add", formatted("0x%02X", type)))
         return rc;
     if (list == 0 || list > lists_.size())
         return unknown;
@@ -351,8 +363,8 @@ uint32_t scripted_os::add_to_list(uint32_t type, os_notify_list list)
 
 uint32_t scripted_os::make_handle(os_notify_handle *handle, os_notify_hook hook)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_notify_init", ""))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_notify_init"))
         return rc;
     hooks_.push_back(hook);
     *handle = hooks_.size();
@@ -361,8 +373,8 @@ uint32_t scripted_os::make_handle(os_notify_handle *handle, os_notify_hook hook)
 
 uint32_t scripted_os::register_list(os_notify_list list, os_notify_handle handle)
 {
-    const std::lock_guard lock(mutex_);
-    if (const uint32_t rc = called("os_notify_register", ""))
+    std::unique_lock lock(mutex_);
+    if (const uint32_t rc = called(lock, "os_notify_register"))
         return rc;
     if (list == 0 || list > lists_.size() || handle == 0 || handle > hooks_.size())
         return unknown;
@@ -372,16 +384,24 @@ uint32_t scripted_os::register_list(os_notify_list list, os_notify_handle handle
 
 uint32_t scripted_os::unregister(os_notify_handle handle)
 {
-    const std::lock_guard lock(mutex_);
-    const uint32_t rc = called("os_notify_unregister", "");
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called(lock, "os_notify_unregister");
     return registrations_.erase(handle) == 0 ? unknown : rc;
+}
+
+uint32_t scripted_os::read_type(uint32_t *type, va_list args)
+{
+    std::unique_lock lock(mutex_);
+    const uint32_t rc = called(lock, "os_notify_get");
+    if (rc == 0)
+        *type = va_arg(args, uint32_t);
+    return rc;
 }
 
 uint32_t scripted_os::sleep(uint32_t ticks)
 {
     std::unique_lock lock(mutex_);
-    const uint32_t rc = called("os_sleep", formatted("%u ticks", ticks));
-    happens_next(sleeps_, lock);
+    const uint32_t rc = called(lock, "os_sleep", formatted("%u ticks", ticks));
     return rc;
 }
 

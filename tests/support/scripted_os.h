@@ -1,15 +1,17 @@
 // The operating-system layer, shared memory and platform information of the scripted platform.
 //
-// Nothing here waits. A mutex that is held is refused at once; the callback thread, where it would
-// sleep, takes the next step of the test's script instead:
+// The callback thread does not sleep here. Where it would, the next step of the test's script
+// happens instead:
 //
 //     os.on_wait([] { ... });   // what the rest of the world does while it sleeps
 //
-// and ends, with a complaint, when there is none: nobody would ever wake it.
+// and where there is none it ends, with a complaint: nobody would ever wake it.
 #ifndef RUK_IPMI_TESTING_SCRIPTED_OS_H
 #define RUK_IPMI_TESTING_SCRIPTED_OS_H
 
 #include <array>
+#include <condition_variable>
+#include <cstdarg>
 #include <deque>
 #include <functional>
 #include <map>
@@ -58,18 +60,18 @@ class scripted_os
     unsigned calls() const;
 
     // What happens, on a thread of its own, while the callback thread waits without limit; while
-    // it waits a tick; while it sleeps.
+    // it waits a tick.
     void on_wait(step happens);
     void on_tick(step happens);
-    void on_sleep(step happens);
 
-    // What happens just before a mutex is locked, whichever comes next.
-    void on_lock(step happens);
+    // What happens, on a thread of its own, when a platform function is called next, before it does
+    // anything.
+    void before(const std::string &function, step happens);
 
-    // Calls the registered hooks as for a notification that was posted.
+    // Calls every registered hook as for a notification that was posted, wanted or not.
     void notify(uint32_t type);
 
-    // As if another process held the mutex.
+    // As if another process held the mutex: it is refused at once. Threads wait for each other.
     void hold(const std::string &mutex);
     void let_go(const std::string &mutex);
 
@@ -102,11 +104,13 @@ class scripted_os
     uint32_t delete_event(os_event *event);
     uint32_t create_thread(void *(*entry)(void *), void *arg, os_thread_id *id);
     uint32_t name_thread(const char *name);
+    [[noreturn]] void end_thread();
     uint32_t make_list(os_notify_list *list);
     uint32_t add_to_list(uint32_t type, os_notify_list list);
     uint32_t make_handle(os_notify_handle *handle, os_notify_hook hook);
     uint32_t register_list(os_notify_list list, os_notify_handle handle);
     uint32_t unregister(os_notify_handle handle);
+    uint32_t read_type(uint32_t *type, va_list args);
     uint32_t sleep(uint32_t ticks);
 
   private:
@@ -117,7 +121,8 @@ class scripted_os
     };
 
     // Writes the call to the journal; its status if it is to fail, else 0.
-    uint32_t called(const char *function, const std::string &arguments);
+    uint32_t called(std::unique_lock<std::mutex> &lock, const char *function,
+                    const std::string &arguments = "");
     static bool happens_next(std::deque<step> &steps, std::unique_lock<std::mutex> &lock);
 
     mutable std::mutex mutex_;
@@ -125,9 +130,12 @@ class scripted_os
     unsigned calls_ = 0;
     unsigned failing_call_ = ~0u;
     uint32_t its_status_ = 0;
-    std::deque<step> waits_, ticks_, sleeps_, locks_;
-    std::map<std::string, bool> mutexes_; // by name: whether it is held
-    std::map<std::string, bool> events_;  // by name: whether it is set
+    std::deque<step> waits_, ticks_;
+    std::map<std::string, std::deque<step>> steps_; // by function
+    enum class held { no, by_a_thread, by_another_process };
+    std::map<std::string, held> mutexes_; // by name
+    std::condition_variable unlocked_;
+    std::map<std::string, bool> events_; // by name: whether it is set
     std::vector<std::set<uint32_t>> lists_;
     std::vector<os_notify_hook> hooks_;
     std::map<os_notify_handle, os_notify_list> registrations_;

@@ -105,6 +105,37 @@ TEST_F(async, does_not_mind_that_the_thread_cannot_be_started_and_tries_again_th
     EXPECT_EQ(answers.size(), 2u);
 }
 
+TEST_F(async, tells_the_log_before_it_starts_the_thread_and_nothing_when_that_fails)
+{
+    platform.expects(request).keeps_waiting();
+    platform.os.fails("os_thread_create", 5);
+    EXPECT_EQ(send(), 0u);
+    const events all = platform.journal();
+    ASSERT_GE(all.size(), 3u);
+    EXPECT_EQ(
+        events(all.end() - 3, all.end()),
+        (events{debug_line("create event returned error 0\n"),
+                debug_line("Creating Ipmi callback thread \n"), os_call("os_thread_create")}));
+}
+
+TEST_F(async, starts_one_thread_when_a_second_caller_comes_while_it_is_created)
+{
+    platform.expects(request).keeps_waiting();
+    platform.expects(request).keeps_waiting();
+    platform.os.before("os_thread_create", [&] { EXPECT_EQ(send(), 0u); });
+    EXPECT_EQ(send(), 0u);
+    EXPECT_EQ(platform.os.threads_created(), 1u);
+}
+
+TEST_F(async, does_not_touch_its_record_again_when_it_cannot_send)
+{
+    platform.fails_to_attach(0x5001);
+    EXPECT_EQ(send(), 0x5001u);
+    EXPECT_EQ(bytes_at(platform.os.last_allocated, sizeof(ruk::pending_request)),
+              bytes(sizeof(ruk::pending_request)));
+    free(platform.os.last_allocated);
+}
+
 TEST_F(async, returns_the_status_of_a_failed_attach)
 {
     platform.fails_to_attach(0x5001);

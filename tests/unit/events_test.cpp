@@ -129,6 +129,51 @@ TEST_F(registration, starts_one_thread_for_many_first_callers_at_once)
     EXPECT_EQ(platform.os.threads_created(), 1u);
 }
 
+TEST_F(registration, starts_one_thread_when_a_second_caller_comes_while_it_is_created)
+{
+    const imc_event_set set = set_of({1});
+    platform.os.before("os_thread_create",
+                       [&] { EXPECT_EQ(ruk_register_imc_event_set(&set, on_event), 0u); });
+    EXPECT_EQ(ruk_register_imc_event_set(&set, on_event), 0u);
+    EXPECT_EQ(platform.os.threads_created(), 1u);
+}
+
+TEST_F(registration, holds_nobody_up_while_the_thread_is_created)
+{
+    // The thread may have run callbacks by the time its creation returns.
+    const imc_event_set set = set_of({1});
+    platform.os.before("os_thread_create",
+                       [&] { run_callback_thread({[&] { post(1, 3, {1}); }}); });
+    EXPECT_EQ(ruk_register_imc_event_set(&set, on_event), 0u);
+    EXPECT_EQ(events_told, (std::vector<told>{{3, 1}}));
+}
+
+TEST_F(registration, stands_when_the_thread_cannot_be_started)
+{
+    const imc_event_set set = set_of({1});
+    platform.os.fails("os_thread_create", 0x5D);
+    EXPECT_EQ(ruk_register_imc_event_set(&set, on_event), 0x5Du);
+    run_callback_thread({[&] { post(1, 3, {1}); }});
+    EXPECT_EQ(events_told, (std::vector<told>{{3, 1}}));
+}
+
+TEST_F(registration, may_be_made_anew_while_events_are_told)
+{
+    const imc_event_set set = set_of({1});
+    ruk_register_imc_event_set(&set, on_event);
+    std::thread other;
+    run_callback_thread({[&] {
+        for (uint32_t number = 1; number <= 100; ++number)
+            post(number, 3, {1});
+        other = std::thread([&] {
+            for (int i = 0; i < 300; ++i)
+                ruk_register_imc_event_set(&set, on_event);
+        });
+    }});
+    other.join();
+    EXPECT_GE(events_told.size(), 100u);
+}
+
 TEST_F(registration, says_when_the_thread_cannot_be_started_and_tries_again_the_next_time)
 {
     const imc_event_set set = set_of({1});

@@ -1,6 +1,9 @@
 // Start and stop of the runtime.
 
 #include <pthread.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
 
 #include "runtime.h"
 
@@ -96,11 +99,20 @@ TEST_F(ending, deletes_the_event_and_unregisters_on_the_next_pass)
     run_callback_thread();
     EXPECT_EQ(platform.log(), log_of_thread({debug_line("ruk_ipmi_exit() called. \n")}));
     EXPECT_EQ(platform.os.registered_hooks(), 0u);
+    EXPECT_EQ(platform.calls().back(), os_call("os_thread_exit"));
+}
 
-    events calls = platform.calls();
-    calls.erase(calls.begin(), calls.end() - 2);
-    EXPECT_EQ(calls,
-              (events{os_call("os_ev_delete " + event_name), os_call("os_notify_unregister")}));
+TEST_F(ending, tells_the_log_before_each_of_its_steps)
+{
+    run_callback_thread();
+    events last = platform.journal();
+    last.erase(last.begin(), last.end() - 7);
+    EXPECT_EQ(
+        last,
+        (events{debug_line("Cleaning ipmi library. \n"), os_call("os_ev_delete " + event_name),
+                debug_line("Before unregister os notify. \n"), os_call("os_notify_unregister"),
+                debug_line("After unregister os notify. \n"), platform.log().back(),
+                os_call("os_thread_exit")}));
 }
 
 TEST_F(ending, from_an_event_callback_ends_the_thread_at_once)
@@ -182,14 +194,79 @@ TEST_F(ending, allows_a_new_beginning)
     EXPECT_EQ(events_told, (std::vector<told>{{3, 1}}));
 }
 
+TEST_F(ending, is_asked_for_before_the_thread_is_woken)
+{
+    uint32_t asked = 0;
+    platform.os.before("os_ev_set", [&] { asked = ruk::ipmi_lib_state.exit_requested; });
+    ruk_ipmi_exit();
+    EXPECT_EQ(asked, 1u);
+}
+
+TEST_F(ending, may_be_asked_for_at_any_time)
+{
+    platform.expects(blade(5), 0x0601).keeps_waiting();
+    ipmi_request request = request_to(blade(5), 0x0601);
+    send_ruk_ipmi_command(&request, on_answer, 0);
+    std::thread other;
+    platform.os.on_tick([&] { other = std::thread(ruk_ipmi_exit); });
+    run_thread();
+    other.join();
+    EXPECT_EQ(platform.os.registered_hooks(), 0u);
+}
+
+TEST_F(ending, asked_for_before_any_thread_was_started_is_forgotten_by_the_thread)
+{
+    ruk_ipmi_exit();
+    const imc_event_set set = set_of({1});
+    ruk_register_imc_event_set(&set, on_event);
+    run_callback_thread({[&] { post(1, 3, {1}); }});
+    EXPECT_EQ(events_told, (std::vector<told>{{3, 1}}));
+}
+
+// A child has no callback thread, and a lock that somebody held at the fork is held for good there.
+TEST_F(init, frees_a_lock_that_was_held_at_a_fork)
+{
+    pthread_mutex_lock(&ruk::registration_lock);
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool freed =
+            ruk_ipmi_init() == 0 && pthread_mutex_trylock(&ruk::registration_lock) == 0;
+        _exit(freed ? 0 : 1);
+    }
+    pthread_mutex_unlock(&ruk::registration_lock);
+    int status = -1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
 // The notification hook.
 
-TEST_F(ending, is_nothing_that_another_notification_brings_about)
+class hook : public runtime_test
 {
-    run_callback_thread({[&] {
-        platform.os.notify(0x14);
-        EXPECT_FALSE(platform.os.is_set(event_name));
-        platform.os.notify(0x15);
-        EXPECT_TRUE(platform.os.is_set(event_name));
-    }});
+  protected:
+    void SetUp() override
+    {
+        runtime_test::SetUp();
+        os_notify_register(ruk::ipmi_lib_state.notify_list, ruk::ipmi_lib_state.notify_handle);
+    }
+};
+
+TEST_F(hook, wakes_the_thread_when_an_interrupt_was_posted)
+{
+    platform.os.notify(0x15);
+    EXPECT_TRUE(platform.os.is_set(event_name));
+}
+
+TEST_F(hook, wakes_nobody_for_other_notifications)
+{
+    for (const uint32_t type : {0u, 0x14u, 0x16u, 0x115u, 0xFFFFFFFFu})
+        platform.os.notify(type);
+    EXPECT_FALSE(platform.os.is_set(event_name));
+}
+
+TEST_F(hook, wakes_nobody_when_it_cannot_learn_what_was_posted)
+{
+    platform.os.fails("os_notify_get", 9);
+    platform.os.notify(0x15);
+    EXPECT_FALSE(platform.os.is_set(event_name));
 }

@@ -3,6 +3,7 @@
 #include "ruk_ipmi/list.h"
 
 #include <cstdlib>
+#include <thread>
 
 #include "memory.h"
 #include "support/scripted_platform_gtest.h"
@@ -140,6 +141,24 @@ TEST_F(list, appends_even_when_it_cannot_be_locked)
     platform.os.fails("os_mutex_get", 1);
     EXPECT_EQ(list_insert(&items, &one), 0);
     EXPECT_EQ(content(), (std::vector{1}));
+}
+
+TEST_F(list, loses_nothing_to_another_thread_also_when_it_cannot_be_locked)
+{
+    constexpr int each = 300;
+    ipmi_list unlocked_items{};
+    ipmi_list_init(&unlocked_items, nullptr);
+    const auto insert = [&] {
+        for (int i = 0; i < each; ++i)
+            list_insert(&unlocked_items, &one);
+    };
+    std::thread other(insert);
+    insert();
+    other.join();
+    int count = 0;
+    for (; unlocked_items.head; ++count)
+        list_delete(&unlocked_items, unlocked_items.head);
+    EXPECT_EQ(count, 2 * each);
 }
 
 TEST_F(list, says_when_there_is_no_memory_for_a_node)
