@@ -60,8 +60,8 @@ RUK_IPMI_API uint32_t imc_event_set_NEXT_ASSERTED(uint32_t after, const imc_even
  *
  * A process has one registration, which a later call replaces. The first is told what happens from
  * now on (and what the ring still holds, if more than 10,000 interrupts were ever numbered); one
- * that finds the callback thread at work or waiting is first told, in order, all that the ring still holds,
- * the next time the thread is woken. A callback may register anew.
+ * that finds the callback thread at work or waiting is first told, in order, all that the ring
+ * still holds, the next time the thread is woken. A callback may register anew.
  *
  * @param set  the events; copied. Must not be null.
  * @param cb   gets the events; null: none are delivered, and each interrupt leaves a log line.

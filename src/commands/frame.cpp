@@ -11,6 +11,12 @@ int invalid_param()
     return IPMI_ERR_INVALID_PARAM;
 }
 
+int bad_length()
+{
+    slog_elog("Invalid response length\n");
+    return IPMI_ERR_BAD_RESPONSE_LENGTH;
+}
+
 void bounded_copy(void *to, size_t room, const void *from, size_t length, const char *where)
 {
     if (length > room) {

@@ -34,6 +34,9 @@ constexpr uint32_t usual_capacity = 483;
 // Refuses a call whose arguments are not what the command needs.
 int invalid_param();
 
+// Refuses an answer that is not as long as the command's must be.
+int bad_length();
+
 // Copies a caller's block of `length` bytes to where `room` bytes are left. A longer block is the
 // caller's error, after which nothing of the record could be trusted: it ends the process.
 void bounded_copy(void *to, size_t room, const void *from, size_t length, const char *where);
@@ -52,6 +55,17 @@ struct le32 {
 struct block {
     const void *bytes;
     size_t length;
+};
+
+struct zeros {
+    uint32_t count;
+};
+
+// A text in a field of its own, with zeros behind it.
+struct padded {
+    const char *text;
+    size_t length;
+    uint32_t field;
 };
 
 inline void append(ipmi_request &request, int byte)
@@ -78,6 +92,18 @@ inline void append(ipmi_request &request, block field)
     request.data_len += static_cast<uint32_t>(field.length);
 }
 
+inline void append(ipmi_request &request, zeros field)
+{
+    request.data_len += field.count; // the record was cleared
+}
+
+inline void append(ipmi_request &request, padded field)
+{
+    bounded_copy(request.data + request.data_len, field.field, field.text, field.length,
+                 "a field of the request");
+    request.data_len += field.field;
+}
+
 // One command to one blade: both records, cleared once, and the status of the last exchange.
 struct command {
     ipmi_request request{};
@@ -101,8 +127,27 @@ struct command {
         return static_cast<int>(status != 0 ? status : response.comp_code);
     }
 
+    // The same for a command whose answer has one length only.
+    int exchange_exactly(uint32_t length)
+    {
+        const int result = exchange();
+        return result != 0 || response.data_len == length ? result : bad_length();
+    }
+
     // The blade was reached and said no.
     bool refused() const { return status == 0 && response.comp_code != 0; }
+
+    // The command did not get through, or was refused.
+    bool failed() const { return status != 0 || response.comp_code != 0; }
+
+    // The result where a completion code counts for more than the transport's status.
+    int refusal_first() const
+    {
+        return static_cast<int>(response.comp_code != 0 ? response.comp_code : status);
+    }
+
+    // As logs print it.
+    uint8_t completion_code() const { return static_cast<uint8_t>(response.comp_code); }
 
     // Fills the caller's record with the answer's bytes from the completion code on.
     template <typename Record>

@@ -48,6 +48,16 @@ inline uint32_t from_wire(uint32_t raw)
     return load_le32(bytes);
 }
 
+// Turns a number that lies in a block of bytes from host order into wire order, or back.
+template <typename Number>
+void turn(uint8_t *at)
+{
+    Number number;
+    memcpy(&number, at, sizeof number);
+    number = from_wire(number);
+    memcpy(at, &number, sizeof number);
+}
+
 } // namespace ruk
 
 #endif

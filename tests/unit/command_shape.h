@@ -122,8 +122,8 @@ class number_form : public command_shape
 {
 };
 
-template <typename Predicate>
-std::vector<command_row> only(std::vector<command_row> rows, Predicate wanted)
+template <typename Row, typename Predicate>
+std::vector<Row> only(std::vector<Row> rows, Predicate wanted)
 {
     rows.erase(std::remove_if(rows.begin(), rows.end(), std::not_fn(wanted)), rows.end());
     return rows;
@@ -139,20 +139,28 @@ inline bool has_number_form(const command_row &row)
     return row.call_by_number != nullptr;
 }
 
-inline std::string row_name(const ::testing::TestParamInfo<command_row> &info)
+template <typename Row>
+std::string row_name(const ::testing::TestParamInfo<Row> &info)
 {
     return info.param.name;
 }
 
+// Leaves bytes on the stack where the next call's records will lie, so that a record that was not
+// cleared shows.
+void litter_the_stack();
+
 // Holds a family's rows to the frame. A family may lack any kind of row but the first.
 #define INSTANTIATE_COMMAND_SHAPE(family, rows)                                                    \
-    INSTANTIATE_TEST_SUITE_P(family, command_shape, ::testing::ValuesIn(rows), row_name);          \
+    INSTANTIATE_TEST_SUITE_P(family, command_shape, ::testing::ValuesIn(rows),                     \
+                             row_name<command_row>);                                               \
     INSTANTIATE_TEST_SUITE_P(family, checked_location,                                             \
-                             ::testing::ValuesIn(only(rows, checks_location)), row_name);          \
+                             ::testing::ValuesIn(only(rows, checks_location)),                     \
+                             row_name<command_row>);                                               \
     INSTANTIATE_TEST_SUITE_P(family, unchecked_location_death,                                     \
                              ::testing::ValuesIn(only(rows, std::not_fn(checks_location))),        \
-                             row_name);                                                            \
+                             row_name<command_row>);                                               \
     INSTANTIATE_TEST_SUITE_P(family, number_form,                                                  \
-                             ::testing::ValuesIn(only(rows, has_number_form)), row_name)
+                             ::testing::ValuesIn(only(rows, has_number_form)),                     \
+                             row_name<command_row>)
 
 #endif

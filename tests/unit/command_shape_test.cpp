@@ -9,15 +9,6 @@ namespace
 
 const events refusal_of_arguments = {error_line("Invalid parameter to IPMI interface\n")};
 
-// Leaves bytes on the stack where the next call's records will lie, so that a record that was not
-// cleared shows.
-__attribute__((noinline)) void litter_the_stack()
-{
-    volatile uint8_t litter[4096];
-    for (volatile uint8_t &byte : litter)
-        byte = 0xEE;
-}
-
 bytes resized(bytes data, size_t size)
 {
     data.resize(size);
@@ -40,6 +31,13 @@ bytes answer_with(const command_row &row, uint8_t completion_code)
 }
 
 } // namespace
+
+void litter_the_stack()
+{
+    volatile uint8_t litter[4096];
+    for (volatile uint8_t &byte : litter)
+        byte = 0xEE;
+}
 
 TEST_P(command_shape, sends_its_request_and_hands_over_the_answer)
 {

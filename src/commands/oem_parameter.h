@@ -1,0 +1,79 @@
+// The chassis manager's own parameter command (network function 0x30, command 0xD0): it writes or
+// reads one numbered parameter of a blade. A parameter's value begins with its own length, 16 bits
+// that count themselves too.
+//
+//     write_parameter hide(location, parameter_group::lcd_messages, 0x01);
+//     read_parameter ask(location, parameter_group::sled_links, 4);
+//
+// A request begins with the operation, the group, how many bytes of the value it carries or asks
+// for, and their offset in the value.
+#ifndef RUK_COMMANDS_OEM_PARAMETER_H
+#define RUK_COMMANDS_OEM_PARAMETER_H
+
+#include "commands/frame.h"
+
+namespace ruk
+{
+
+constexpr uint32_t oem_parameter = 0x30D0;
+
+enum class parameter_group : uint8_t {
+    lcd_messages = 0x02,
+    sled_switch = 0x0C,
+    sled_links = 0x0D,
+    leds = 0x0E,
+    link_tuning = 0x11,
+    notices = 0x16, // of files and firmware updates
+    autothrottle = 0x1A,
+    imc_event = 0x1B,
+    log_bundle = 0x20,
+    lldp_connection = 0x24
+};
+
+// Bytes of a request before the value's.
+constexpr uint32_t parameter_header = 6;
+
+// Where the fields of a value begin, behind its length, in a request and in an answer alike.
+constexpr uint32_t parameter_fields = 8;
+
+// Writes `fields` as a part of a value, from `offset` on.
+struct write_parameter_part : command {
+    template <typename... Fields>
+    write_parameter_part(const blade_location *location, parameter_group group, uint16_t offset,
+                         Fields... fields)
+        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group), le16{0}, le16{offset},
+                  fields...)
+    {
+        store_le16(request.data + 2, value_bytes());
+    }
+
+    uint16_t value_bytes() const
+    {
+        return static_cast<uint16_t>(request.data_len - parameter_header);
+    }
+};
+
+// Writes `fields` as a whole value; its length comes by itself.
+struct write_parameter : write_parameter_part {
+    template <typename... Fields>
+    write_parameter(const blade_location *location, parameter_group group, Fields... fields)
+        : write_parameter_part(location, group, 0, le16{0}, fields...)
+    {
+        store_le16(request.data + parameter_header, value_bytes());
+    }
+};
+
+// Asks for the first `count` bytes of a value; some groups take a selector behind.
+struct read_parameter : command {
+    template <typename... Fields>
+    read_parameter(const blade_location *location, parameter_group group, uint16_t count,
+                   Fields... fields)
+        : command(location, oem_parameter, 0x01, static_cast<uint8_t>(group), le16{count}, le16{0},
+                  fields...)
+    {
+    }
+};
+
+} // namespace ruk
+
+#endif

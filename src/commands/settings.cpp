@@ -1,0 +1,181 @@
+#include "ruk_ipmi/settings.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdlib>
+
+#include "commands/oem_parameter.h"
+#include "platform/platform_info.h"
+
+using namespace ruk;
+
+static_assert(offsetof(power_thermal_request, param) == 1 &&
+              offsetof(power_thermal_request, len) == 2 &&
+              offsetof(power_thermal_request, offset) == 4 &&
+              offsetof(power_thermal_request, body) == 6);
+
+// Power and thermal management.
+
+int ipmi_location_process_power_thermal_mgmt(const blade_location *loc,
+                                             const power_thermal_request *req, uint8_t resp[10])
+{
+    if (!req || !resp || !loc)
+        return invalid_param();
+    command process(loc, 0x30CE, req->op, req->param, le16{req->len}, le16{req->offset},
+                    block{req->body, req->len});
+    const int result = process.exchange();
+    memcpy(resp, process.response.data, 10);
+    return result;
+}
+
+int ipmi_process_power_thermal_mgmt(int blade_num, const power_thermal_request *req,
+                                    uint8_t resp[10])
+{
+    return by_number(ipmi_location_process_power_thermal_mgmt, blade_num, req, resp);
+}
+
+// Physical location.
+
+namespace
+{
+
+constexpr uint32_t numeric_attribute = 513;
+constexpr size_t longest_value = 128;
+
+// What a blade calls an attribute that is a text; 0 when it is none.
+uint8_t code_of_text(uint32_t attr_id)
+{
+    switch (attr_id) {
+    case 637:
+        return 0x10;
+    case 706:
+        return 0x20;
+    case 633:
+        return 0x30;
+    case 205:
+        return 0x40;
+    case 600:
+        return 0x50;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+int ipmi_location_set_physical_location(const blade_location *loc, uint8_t param_b,
+                                        uint32_t attr_id, const char *value)
+{
+    power_thermal_request req{};
+    req.param = 0x01;
+    uint8_t *body = req.body;
+    body[3] = param_b;
+    body[4] = loc->slot_id;
+    body[5] = static_cast<uint8_t>(_gPlatInfo()[PLAT_INFO_LOCATION]);
+    if (const uint8_t code = code_of_text(attr_id)) {
+        const size_t length = strlen(value);
+        bounded_copy(body + 7, longest_value, value, length, "the physical location's value");
+        req.len = static_cast<uint16_t>(length + 7);
+        body[2] = code;
+        body[6] = static_cast<uint8_t>(length);
+    } else if (attr_id == numeric_attribute) {
+        req.len = 6;
+        body[3] = static_cast<uint8_t>(atoi(value));
+    } // any other: a header alone
+    store_le16(body, req.len);
+    uint8_t resp[10];
+    return ipmi_location_process_power_thermal_mgmt(loc, &req, resp);
+}
+
+// Messages of the LCD.
+
+int ipmi_location_get_lcd_hide_status(const blade_location *loc, uint8_t *status_a,
+                                      uint8_t *status_b)
+{
+    if (!status_a || !status_b)
+        return invalid_param();
+    read_parameter get(loc, parameter_group::lcd_messages, 5);
+    get.exchange();
+    if (get.refused())
+        return static_cast<int>(get.response.comp_code);
+    // What a short answer does not have is 0.
+    uint8_t answer[11] = {};
+    memcpy(answer, get.response.data, std::min<size_t>(get.response.data_len, sizeof answer));
+    *status_a = answer[8];
+    *status_b = answer[9];
+    return static_cast<int>(get.status);
+}
+
+int ipmi_get_lcd_hide_status(int blade_num, uint8_t *status_a, uint8_t *status_b)
+{
+    return by_number(ipmi_location_get_lcd_hide_status, blade_num, status_a, status_b);
+}
+
+int ipmi_location_hide_lcd_messages(const blade_location *loc)
+{
+    return write_parameter(loc, parameter_group::lcd_messages, 0x01).exchange();
+}
+
+int ipmi_hide_lcd_messages(int blade_num)
+{
+    return by_number(ipmi_location_hide_lcd_messages, blade_num);
+}
+
+int ipmi_location_unhide_lcd_messages(const blade_location *loc)
+{
+    return write_parameter(loc, parameter_group::lcd_messages, 0x00).exchange();
+}
+
+int ipmi_unhide_lcd_messages(int blade_num)
+{
+    return by_number(ipmi_location_unhide_lcd_messages, blade_num);
+}
+
+// Link tuning.
+
+namespace
+{
+
+enum link_tuning_item : uint8_t { tuning_version = 1, transmit_status = 2 };
+
+} // namespace
+
+int ipmi_location_get_link_tuning_version(const blade_location *loc, uint32_t *value_a,
+                                          uint32_t *value_b, uint8_t *value_c)
+{
+    if (!loc || !value_a || !value_b)
+        return invalid_param();
+    read_parameter get(loc, parameter_group::link_tuning, 11, tuning_version);
+    const int result = get.exchange_exactly(17);
+    if (result == 0) {
+        const uint8_t *data = get.response.data;
+        *value_c = data[8];
+        memcpy(value_a, data + 9, sizeof *value_a); // as the blade has them
+        memcpy(value_b, data + 13, sizeof *value_b);
+    }
+    return result;
+}
+
+int ipmi_location_get_link_tuning_tx_status(const blade_location *loc, uint8_t *tx_status)
+{
+    if (!loc || !tx_status)
+        return invalid_param();
+    read_parameter get(loc, parameter_group::link_tuning, 3, transmit_status);
+    const int result = get.exchange_exactly(9);
+    if (result == 0)
+        *tx_status = get.response.data[8];
+    return result;
+}
+
+// Automatic throttling.
+
+int ipmi_location_set_autothrottle_delay(const blade_location *loc)
+{
+    if (!loc) {
+        const int result = invalid_param();
+        os_log(1, 4, "%s: invalid parameter blade location\n",
+               "ipmi_location_set_autothrottle_delay");
+        return result;
+    }
+    return write_parameter(loc, parameter_group::autothrottle, 0x00, 0x01, 0x59).exchange();
+}
