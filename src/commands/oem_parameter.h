@@ -33,9 +33,6 @@ enum class parameter_group : uint8_t {
 // Bytes of a request before the value's.
 constexpr uint32_t parameter_header = 6;
 
-// Where the fields of a value begin, behind its length, in a request and in an answer alike.
-constexpr uint32_t parameter_fields = 8;
-
 // Writes `fields` as a part of a value, from `offset` on.
 struct write_parameter_part : command {
     template <typename... Fields>

@@ -18,6 +18,14 @@ namespace
 constexpr uint32_t config_capacity = 60; // room offered for the answer to the configuration
 constexpr size_t sent_name = 16;         // bytes of the name that travel
 
+// The result of a command for the configuration that failed, told in the log.
+int tell_failure(const command &failed, const char *name)
+{
+    slog_elog("\n%s command failed rc: %d cc: 0x%hhX\n", name, failed.status,
+              failed.completion_code());
+    return failed.refusal_first();
+}
+
 } // namespace
 
 int ipmi_set_sled_switch_configuration(const blade_location *loc, const sled_switch_config *cfg)
@@ -34,10 +42,7 @@ int ipmi_set_sled_switch_configuration(const blade_location *loc, const sled_swi
                         block{cfg->name, sent_name});
     slog_dump(name, set.request.data, set.request.data_len, 1);
     set.exchange(usual_wait, config_capacity);
-    if (set.failed())
-        slog_elog("\n%s command failed rc: %d cc: 0x%hhX\n", name, set.status,
-                  set.completion_code());
-    return set.refusal_first();
+    return set.failed() ? tell_failure(set, name) : 0;
 }
 
 int ipmi_get_sled_switch_configuration(const blade_location *loc, sled_switch_config *out)
@@ -64,11 +69,8 @@ int ipmi_get_sled_switch_configuration(const blade_location *loc, sled_switch_co
             }
             return 0;
         }
-        if (get.response.comp_code != data_truncated) {
-            slog_elog("\n%s command failed rc: %d cc: 0x%hhX\n", name, get.status,
-                      get.completion_code());
-            return get.refusal_first();
-        }
+        if (get.response.comp_code != data_truncated)
+            return tell_failure(get, name);
         status = get.status;
     }
     return static_cast<int>(status);

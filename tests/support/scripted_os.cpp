@@ -128,13 +128,6 @@ bool scripted_os::is_set(const std::string &event) const
     return found != events_.end() && found->second;
 }
 
-void scripted_os::run_thread()
-{
-    pthread_t thread;
-    pthread_create(&thread, nullptr, entry_, argument_);
-    pthread_join(thread, nullptr);
-}
-
 pthread_t scripted_os::callback_thread() const
 {
     const std::lock_guard lock(mutex_);
@@ -319,8 +312,8 @@ uint32_t scripted_os::create_thread(void *(*entry)(void *), void *arg, os_thread
     std::unique_lock lock(mutex_);
     if (const uint32_t rc = called(lock, "os_thread_create"))
         return rc;
-    entry_ = entry;
-    argument_ = arg;
+    thread_entry = entry;
+    thread_argument = arg;
     *id = ++threads_;
     return 0;
 }

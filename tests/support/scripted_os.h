@@ -75,9 +75,6 @@ class scripted_os
     void hold(const std::string &mutex);
     void let_go(const std::string &mutex);
 
-    // Runs the thread that was created last, until it ends.
-    void run_thread();
-
     unsigned threads_created() const;
     unsigned registered_hooks() const;
     bool is_set(const std::string &event) const;
@@ -87,6 +84,10 @@ class scripted_os
 
     // As scripted_platform::complaint().
     std::string complaint() const;
+
+    // What the thread that was created last begins with.
+    void *(*thread_entry)(void *) = nullptr;
+    void *thread_argument = nullptr;
 
     // Memory that the library asked for last.
     void *last_allocated = nullptr;
@@ -140,8 +141,6 @@ class scripted_os
     std::vector<os_notify_hook> hooks_;
     std::map<os_notify_handle, os_notify_list> registrations_;
     unsigned threads_ = 0;
-    void *(*entry_)(void *) = nullptr;
-    void *argument_ = nullptr;
     pthread_t callback_thread_{};
     std::string complaints_;
 };

@@ -78,6 +78,8 @@ TEST_F(async, starts_the_callback_thread_with_the_first_command)
     EXPECT_EQ(platform.log(), (events{debug_line("create event returned error 0\n"),
                                       debug_line("Creating Ipmi callback thread \n")}));
     EXPECT_EQ(platform.os.threads_created(), 1u);
+    EXPECT_EQ(platform.os.thread_entry, ipmi_callback_thread);
+    EXPECT_EQ(platform.os.thread_argument, nullptr);
 }
 
 TEST_F(async, wakes_the_callback_thread_with_every_further_command)
