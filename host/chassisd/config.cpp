@@ -80,6 +80,17 @@ class section
         return value;
     }
 
+    std::optional<bool> truth(const char *key) const
+    {
+        const toml::node *node = table_.get(key);
+        if (!node)
+            return std::nullopt;
+        const auto value = node->value_exact<bool>();
+        if (!value)
+            fail(key, "must be true or false");
+        return value;
+    }
+
     std::vector<std::string> texts(const char *key) const
     {
         std::vector<std::string> all;
@@ -175,6 +186,7 @@ simulated_config read_simulated(const section &blade)
     simulated_config config;
     set(config.name, blade.text("name", 32));
     set(config.sel_entries, blade.number<uint32_t>("sel_entries", 0, 512));
+    set(config.older_controller, blade.truth("older_controller"));
     return config;
 }
 
@@ -211,7 +223,7 @@ keys known_keys(const std::string &kind)
         kind == "bridge" ? keys{"host",         "port",          "username",     "password_file",
                                 "password_env", "privilege",     "cipher_suite", "workarounds",
                                 "timeout_ms",   "retransmit_ms", "keepalive_s"}
-                         : keys{"name", "sel_entries"};
+                         : keys{"name", "sel_entries", "older_controller"};
     known.insert(known.end(), of_its_kind.begin(), of_its_kind.end());
     return known;
 }

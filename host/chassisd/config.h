@@ -31,10 +31,11 @@ struct fault_config {
 };
 
 struct simulated_config {
-    std::string name;          // product name in FRU and sensor names
-    uint32_t sel_entries = 12; // entries that the log holds at the start, at most 512
+    std::string name;              // product name in FRU and sensor names
+    uint32_t sel_entries = 12;     // entries that the log holds at the start, at most 512
+    bool older_controller = false; // one that cannot tell all of its sled switch configuration
 
-    auto all() const { return std::tie(name, sel_entries); }
+    auto all() const { return std::tie(name, sel_entries, older_controller); }
 };
 
 struct bridge_config {

@@ -68,7 +68,7 @@ TEST_F(Configuration, ReadsAllThatASimulatedBladeCanSay)
     const chassis_config config =
         load("[chassis]\nname = \"lab\"\nslots = 20\nplatform_type = 0x21\nphysical_location = 9\n"
              "[[blade]]\nslot = 20\nsub_slot = 2\nkind = \"simulated\"\nname = \"node\"\n"
-             "sel_entries = 512\n"
+             "sel_entries = 512\nolder_controller = true\n"
              "faults = { delay_ms = 5, drop_every = 3, completion_code = 0xC0, truncate_to = 2, "
              "oversize_to = 600 }\n");
     EXPECT_EQ("lab", config.name);
@@ -78,6 +78,7 @@ TEST_F(Configuration, ReadsAllThatASimulatedBladeCanSay)
     const blade_config &blade = config.blades.at(0);
     EXPECT_EQ(2, blade.sub_slot);
     EXPECT_EQ("node", std::get<simulated_config>(blade.kind).name);
+    EXPECT_TRUE(std::get<simulated_config>(blade.kind).older_controller);
     EXPECT_EQ(5u, blade.faults.delay_ms);
     EXPECT_EQ(3u, blade.faults.drop_every);
     EXPECT_EQ(0xC0, blade.faults.completion_code);
@@ -149,6 +150,8 @@ TEST_F(Configuration, MistakesAreToldWithTheirPlace)
          "5:15: workarounds: unknown workaround \"magic\""},
         {"[[blade]]\nslot = 1\nsel_entries = 513\n",
          "3:15: sel_entries: must be a number from 0 to 512"},
+        {"[[blade]]\nslot = 1\nolder_controller = 1\n",
+         "3:20: older_controller: must be true or false"},
         {"[[blade]]\nslot = 1\nfaults = { delay = 1 }\n", "3:12: unknown key \"delay\" in faults"},
         {"[[blade]]\nslot = 1\nfaults = 1\n", "3:10: faults: must be a table"},
         {"[chassis]\nslots = 0\n[[blade]]\nslot = 1\n",

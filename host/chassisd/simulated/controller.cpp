@@ -6,11 +6,17 @@
 #include <utility>
 
 #include "chassisd/simulated/app.h"
+#include "chassisd/simulated/file_transfer.h"
 #include "chassisd/simulated/fru.h"
+#include "chassisd/simulated/hardware.h"
+#include "chassisd/simulated/imc_event.h"
+#include "chassisd/simulated/lldp.h"
 #include "chassisd/simulated/power.h"
 #include "chassisd/simulated/sdr.h"
 #include "chassisd/simulated/sel.h"
 #include "chassisd/simulated/sensors.h"
+#include "chassisd/simulated/settings.h"
+#include "chassisd/simulated/sled_switch.h"
 
 namespace chassisd
 {
@@ -21,13 +27,30 @@ namespace
 {
 
 // Every family of commands that the controller knows.
-std::vector<command_table> all_families(const environment &env)
+std::vector<command_table> all_families(environment env)
 {
+    const std::shared_ptr<imc_event> last_event = make_imc_event();
+    env.alert = kept_by(last_event, std::move(env.alert));
     const std::shared_ptr<event_log> log = make_event_log(env);
     const auto power = std::make_shared<power_state>();
     return {
-        app_commands(env), power_commands(power, log), sensor_commands(env, log, power),
-        sel_commands(log), sdr_commands(env),          fru_commands(env),
+        app_commands(env),
+        power_commands(env, power, log),
+        sensor_commands(env, log, power),
+        sel_commands(log),
+        sdr_commands(env),
+        fru_commands(env),
+        hardware_commands(env, power),
+        settings_commands(),
+        sled_switch_commands(),
+        parameter_commands({
+            hardware_parameters(),
+            settings_parameters(),
+            sled_switch_parameters(env),
+            file_transfer_parameters(env),
+            lldp_parameters(),
+            imc_event_parameters(last_event),
+        }),
     };
 }
 
@@ -90,9 +113,9 @@ time_source free_running_clock()
 std::unique_ptr<blade> make_simulated_blade(const simulated_config &config, uint8_t slot,
                                             uint8_t sub_slot, event_sink alert, time_source now)
 {
-    return std::make_unique<controller>(environment{display_name(config.name, slot, sub_slot), slot,
-                                                    sub_slot, config.sel_entries, std::move(now),
-                                                    std::move(alert)});
+    return std::make_unique<controller>(
+        environment{display_name(config.name, slot, sub_slot), slot, sub_slot, config.sel_entries,
+                    config.older_controller, std::move(now), std::move(alert)});
 }
 
 } // namespace chassisd

@@ -39,6 +39,7 @@ struct environment {
     uint8_t slot;
     uint8_t sub_slot;
     uint32_t sel_entries;
+    bool older_controller;
     time_source now;
     event_sink alert;
 };
@@ -47,7 +48,8 @@ enum network_function : uint8_t {
     netfn_chassis = 0x00,
     netfn_sensor = 0x04,
     netfn_app = 0x06,
-    netfn_storage = 0x0A
+    netfn_storage = 0x0A,
+    netfn_manager = 0x30 // of the chassis manager's own commands
 };
 
 enum completion_code : uint8_t {
@@ -60,6 +62,7 @@ enum completion_code : uint8_t {
     invalid_for_lun = 0xC2,
     out_of_space = 0xC4,
     reservation_lost = 0xC5,
+    request_truncated = 0xC6,
     wrong_request_length = 0xC7,
     out_of_range = 0xC9,
     cannot_return_that_many = 0xCA,
@@ -105,13 +108,13 @@ using command_table = std::vector<command>;
 
 // A handler that calls a member function of a device, with the request if it wants it.
 template <typename Device, typename Method>
-handler on(std::shared_ptr<Device> device, Method method)
+auto on(std::shared_ptr<Device> device, Method method)
 {
-    return [device = std::move(device), method](const bytes &request) {
-        if constexpr (std::is_invocable_v<Method, Device &, const bytes &>)
-            return std::invoke(method, *device, request);
-        else
+    return [device = std::move(device), method](const auto &request) {
+        if constexpr (std::is_invocable_v<Method, Device &>)
             return std::invoke(method, *device);
+        else
+            return std::invoke(method, *device, request);
     };
 }
 

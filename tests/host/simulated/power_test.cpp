@@ -1,4 +1,4 @@
-// The blade's power: what Chassis Control does to it, and whom it tells.
+// The blade's power: what Chassis Control does to it, whom it tells, and who may press its buttons.
 
 #include "sdr_blade.h"
 
@@ -17,6 +17,7 @@ class power_blade : public sdr_blade
 
     bytes control(uint8_t action) { return ask(0x00, 0x02, {action}); }
     bytes status() { return ask(0x00, 0x01); }
+    bytes lock_buttons(uint8_t buttons) { return ask(0x00, 0x0A, {buttons}); }
     bool is_on() { return status().at(1) & 0x01; }
     uint16_t power_unit() { return word_at(3, ask(0x04, 0x2D, {0x39})); }
 };
@@ -26,7 +27,7 @@ using events = std::vector<blade_event>;
 TEST(simulated_power, is_on_at_the_start_and_would_come_back_on)
 {
     power_blade blade;
-    EXPECT_EQ(blade.status(), (bytes{0x00, 0x41, 0x00, 0x00}));
+    EXPECT_EQ(blade.status(), (bytes{0x00, 0x41, 0x00, 0x00, 0xF0}));
     EXPECT_EQ(blade.events(), events{});
 }
 
@@ -119,6 +120,42 @@ TEST(simulated_power, leaves_an_entry_in_the_log_and_alerts_the_chassis_with_it)
         EXPECT_EQ(from(10, blade.last_entry()), change.event);
         EXPECT_EQ(blade.alerts().back().record, blade.last_entry());
     }
+}
+
+TEST(simulated_power_button, can_be_locked_and_unlocked)
+{
+    power_blade blade;
+    EXPECT_EQ(blade.lock_buttons(0x01), (bytes{0x00}));
+    EXPECT_EQ(from(3, blade.status()), (bytes{0x00, 0xF1}));
+    EXPECT_EQ(blade.lock_buttons(0x00), (bytes{0x00}));
+    EXPECT_EQ(from(3, blade.status()), (bytes{0x00, 0xF0}));
+}
+
+TEST(simulated_power_button, locked_with_the_reset_button_locks_the_panel)
+{
+    power_blade blade;
+    blade.lock_buttons(0x02);
+    EXPECT_EQ(from(3, blade.status()), (bytes{0x00, 0xF2}));
+    blade.lock_buttons(0x0F);
+    EXPECT_EQ(from(3, blade.status()), (bytes{0x02, 0xFF}));
+}
+
+TEST(simulated_power_button, stays_locked_through_a_power_cycle_and_does_not_hinder_commands)
+{
+    power_blade blade;
+    blade.lock_buttons(0x01);
+    for (const uint8_t action : bytes{cycle, down, up})
+        EXPECT_EQ(blade.control(action), (bytes{0x00}));
+    EXPECT_EQ(from(3, blade.status()), (bytes{0x00, 0xF1}));
+}
+
+TEST(simulated_power_button, is_one_of_four)
+{
+    power_blade blade;
+    blade.lock_buttons(0x01);
+    EXPECT_EQ(blade.lock_buttons(0x10), (bytes{0xCC}));
+    EXPECT_EQ(blade.lock_buttons(0x80), (bytes{0xCC}));
+    EXPECT_EQ(blade.status().at(4), 0xF1);
 }
 
 TEST(simulated_power, names_sensors_that_its_records_describe)

@@ -1,0 +1,101 @@
+#include "chassisd/simulated/hardware.h"
+
+#include <array>
+
+namespace chassisd::simulated
+{
+
+namespace
+{
+
+// The server's (KVM) LED and the sled's drive LED. A reader gets a byte for each, in this order: 1
+// when it blinks.
+class leds
+{
+  public:
+    // A LED's code, how it is to be lit, whether it blinks; then times on and off and a pattern,
+    // which nobody sees here.
+    void set(const bytes &fields)
+    {
+        enum code : uint8_t { server = 0x01, drive = 0x03 };
+        constexpr uint8_t by_pattern = 0x02;
+        refuse_if(fields[0] != server && fields[0] != drive, invalid_field);
+        refuse_if(fields[1] != by_pattern, invalid_field);
+        (fields[0] == server ? server_blinks_ : drive_blinks_) = fields[2] != 0;
+    }
+
+    bytes get() const { return record_of(server_blinks_, drive_blinks_); }
+
+  private:
+    bool server_blinks_ = false;
+    bool drive_blinks_ = false;
+};
+
+// 256 registers of 8 bits. A request is an operation, a register's number (16 bits), a value (32
+// bits) and the mask of a masked write, which leaves the bits outside it; then two bytes that mean
+// nothing. The answer is the register as it is afterwards, and two bytes that mean nothing either.
+class cpld
+{
+  public:
+    bytes access(const bytes &request)
+    {
+        enum operation : uint8_t { read = 1, write = 2, masked_write = 3 };
+        const uint16_t number = ruk::load_le16(&request[1]);
+        const uint32_t value = ruk::load_le32(&request[3]);
+        const uint8_t mask = request[7];
+        refuse_if(request[0] < read || request[0] > masked_write, invalid_field);
+        refuse_if(number >= registers_.size(), out_of_range);
+        refuse_if(request[0] != read && value > 0xFF, out_of_range);
+
+        uint8_t &accessed = registers_[number];
+        if (request[0] == write)
+            accessed = static_cast<uint8_t>(value);
+        else if (request[0] == masked_write)
+            accessed = static_cast<uint8_t>((accessed & ~mask) | (value & mask));
+        return success(accessed, 0x00, 0x00);
+    }
+
+  private:
+    std::array<uint8_t, 256> registers_ = {0x12}; // the first is the CPLD's revision
+};
+
+// The codes of the boot run from 1 on; 0xAA: it is over; 0: there is no power.
+uint8_t post_code(const environment &env, const power_state &power)
+{
+    constexpr std::chrono::milliseconds pace{10};
+    if (!power.on)
+        return 0x00;
+    const auto booting_for = env.now() - power.booted;
+    if (booting_for >= boot_duration)
+        return 0xAA;
+    return static_cast<uint8_t>(1 + booting_for / pace);
+}
+
+// The request's four bytes choose nothing: the code is the one that there is. Twelve bytes that it
+// does not use come behind it.
+bytes tell_post_code(const environment &env, const power_state &power)
+{
+    return success(le32{post_code(env, power)}, bytes(12));
+}
+
+} // namespace
+
+parameter_table hardware_parameters()
+{
+    const auto lights = std::make_shared<leds>();
+    return {
+        {0x0E, {{12, on(lights, &leds::set)}}, {{0, on(lights, &leds::get)}}},
+    };
+}
+
+command_table hardware_commands(const environment &env, std::shared_ptr<const power_state> power)
+{
+    const auto logic = std::make_shared<cpld>();
+    return {
+        {netfn_manager, 0xBC, 10, on(logic, &cpld::access)},
+        {netfn_manager, 0xD4, 4,
+         [env, power = std::move(power)](const bytes &) { return tell_post_code(env, *power); }},
+    };
+}
+
+} // namespace chassisd::simulated
