@@ -33,10 +33,12 @@ namespace cli
 struct command {
     std::string name; // "sel get"
     std::function<report(const blade &)> run;
-    bool for_blades = true;
+    bool for_blades = true;  // they must be named
     bool has_binary = false; // there is something that -o binary could write
     bool one_blade = false;  // more than one makes no sense
-    // Where it is set, runs instead of `run`: for all blades at once, until it is interrupted.
+    // Each of these, where it is set, runs instead of `run`, for all blades at once: one to its
+    // end, the other until it is interrupted.
+    std::function<report(const blades &)> survey = {};
     std::function<exit_code(const blades &, stream &)> follow = {};
 };
 
@@ -114,6 +116,14 @@ class verb
         return *this;
     }
 
+    // An argument that may be left out.
+    template <typename Value, typename Owner>
+    verb &optional_argument(const char *name, Value Owner::*field,
+                            Value (*read)(const std::string &), const char *help)
+    {
+        return option(name, " ", field, read, help);
+    }
+
     // The option declared last must be there.
     verb &required()
     {
@@ -125,6 +135,13 @@ class verb
     verb &needs(const char *other)
     {
         last_option_->needs(app_->get_option(other));
+        return *this;
+    }
+
+    // The option declared last makes no sense with this other one.
+    verb &excludes(const char *other)
+    {
+        last_option_->excludes(app_->get_option(other));
         return *this;
     }
 
@@ -208,9 +225,22 @@ class noun
     // A command that is for no blade.
     void local_verb(const char *name, const char *help, report (*handler)()) const
     {
-        command local{full_name(name), [handler](const blade &) { return handler(); }};
+        command local{full_name(name), nullptr};
         local.for_blades = false;
+        local.survey = [handler](const blades &) { return handler(); };
         declare<no_arguments>(name, help, nullptr, std::move(local));
+    }
+
+    // A command that tells of all blades in one report; they may be left out.
+    template <typename Arguments>
+    cli::verb<Arguments> survey_verb(const char *name, const char *help,
+                                     report (*handler)(const blades &, const Arguments &)) const
+    {
+        auto arguments = std::make_shared<Arguments>();
+        command survey{full_name(name), nullptr};
+        survey.for_blades = false;
+        survey.survey = [handler, arguments](const blades &at) { return handler(at, *arguments); };
+        return declare<Arguments>(name, help, arguments, std::move(survey));
     }
 
     // A command that goes on until it is interrupted; the blades may be left out.
@@ -249,11 +279,26 @@ class noun
 };
 
 // The nouns, one file each.
+void add_autothrottle(const noun &root);
+void add_chassis(const noun &root);
+void add_cpld(const noun &root);
 void add_events(const noun &root);
+void add_file(const noun &root);
 void add_fru(const noun &root);
+void add_imc_event(const noun &root);
+void add_lcd(const noun &root);
+void add_led(const noun &root);
+void add_link_tuning(const noun &root);
+void add_lldp(const noun &root);
+void add_location(const noun &root);
+void add_notify(const noun &root);
+void add_post_code(const noun &root);
+void add_power_button(const noun &root);
+void add_power_thermal(const noun &root);
 void add_raw(const noun &root);
 void add_sdr(const noun &root);
 void add_sel(const noun &root);
+void add_sled(const noun &root);
 void add_timeouts(const noun &root);
 void add_version(const noun &root);
 

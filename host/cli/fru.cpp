@@ -3,13 +3,12 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
-#include <iostream>
-#include <iterator>
 
 #include "cli/command_tree.h"
 #include "cli/fru_device.h"
 #include "cli/fru_image.h"
 #include "cli/output.h"
+#include "cli/readers.h"
 #include "cli/targets.h"
 
 namespace cli
@@ -38,26 +37,10 @@ std::string text(const std::string &typed)
     return typed;
 }
 
-// What a file, or standard input, holds; no more than the largest device and a byte, which is too
-// much already.
-bytes file_contents(const std::string &name)
+// No more than the largest device and a byte, which is too much already.
+bytes image_file(const std::string &name)
 {
-    std::ifstream file;
-    if (name != "-") {
-        file.open(name, std::ios::binary);
-        if (!file)
-            throw usage_failure("cannot read " + name + ": " + strerror(errno));
-    }
-    std::istream &source = name == "-" ? std::cin : file;
-    bytes contents(largest_device + 1);
-    source.read(reinterpret_cast<char *>(contents.data()),
-                static_cast<std::streamsize>(contents.size()));
-    if (source.bad())
-        throw usage_failure("cannot read " + name);
-    contents.resize(static_cast<size_t>(source.gcount()));
-    if (contents.empty())
-        throw usage_failure(name + " is empty");
-    return contents;
+    return file_contents(name, largest_device + 1);
 }
 
 void write_file(const std::string &name, const bytes &contents)
@@ -167,7 +150,7 @@ void add_fru(const noun &root)
         .one_blade()
         .binary();
     with_device(fru.verb("write", "Write a FRU device, then read it back and compare", write))
-        .argument("FILE", &write_choice::image, file_contents, "What to write; - is standard input")
+        .argument("FILE", &write_choice::image, image_file, "What to write; - is standard input")
         .flag("--force", &write_choice::force, "Write what does not begin like FRU data, too");
 }
 

@@ -23,9 +23,10 @@ constexpr size_t most_custom_fields = 16;
 
 using fields = std::vector<ipmi_fru_field_t>;
 
+// A thread's own: a context has room for one parse at a time.
 ipmi_fru_ctx_t context()
 {
-    static const auto made = kept(ipmi_fru_ctx_create(nullptr), ipmi_fru_ctx_destroy);
+    static thread_local const auto made = kept(ipmi_fru_ctx_create(nullptr), ipmi_fru_ctx_destroy);
     return made.get();
 }
 

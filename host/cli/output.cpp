@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <sys/ioctl.h>
 #include <unistd.h>
+
+#include "cli/terminal.h"
 
 namespace cli
 {
@@ -34,17 +35,6 @@ std::string upper(std::string text)
 bool is_table(const json &value)
 {
     return value.is_array() && !value.empty() && value.front().is_object();
-}
-
-constexpr size_t no_width = std::string::npos;
-
-// Columns of the terminal. Without one, lines are as long as they are, for grep and its like.
-size_t terminal_width()
-{
-    winsize size{};
-    if (ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) != 0 || size.ws_col == 0)
-        return no_width;
-    return size.ws_col;
 }
 
 // Rows under the names of their fields. Where a row is too long for the terminal, its last column
@@ -126,12 +116,15 @@ void output::local(const report &told)
 {
     if (format_ == format::as_json)
         all_ = told.fields;
+    else if (!told.text.empty())
+        put(told.text);
     else
         put_fields(told.fields, 0);
     if (!told.ended)
         return;
     if (format_ == format::as_json)
         all_["error"] = failure_fields(*told.ended);
+    fflush(stdout);
     complain("ruk-ipmi", *told.ended);
 }
 

@@ -16,6 +16,7 @@ using json = nlohmann::ordered_json;
 
 struct report {
     json fields = json::object(); // values, objects of values, and lists of alike objects
+    std::string text;             // for people, in place of the fields
     bytes binary;                 // for -o binary
     bool only_binary = false;     // write `binary` in the normal format too
     std::optional<failure> ended; // what cut the report short; the fields hold until there

@@ -37,6 +37,17 @@ bytes exchange(const request_name &name, const blade &at, const bytes &payload, 
     return bytes(response.data + 1, response.data + length);
 }
 
+byte_pair ask_pair(const request_name &request, const blade &at,
+                   int (*get)(const blade_location *, uint8_t *, uint8_t *), const bytes &bare)
+{
+    constexpr size_t ends_at = 9; // head and length stand before the two
+    byte_pair found;
+    call(request, at, get, &found.a, &found.b);
+    if (found.b == 0)
+        exchange(request, at, bare, ends_at);
+    return found;
+}
+
 bool too_long(const failure &refusal)
 {
     switch (refusal.code) {

@@ -24,12 +24,19 @@ struct blades {
     bool utc = false;
 };
 
-// Calls a function of the library whose last argument is its output.
+// Calls a function of the library.
+template <typename Function, typename... Arguments>
+void call(const request_name &request, const blade &at, Function function, Arguments... arguments)
+{
+    check(request, static_cast<uint32_t>(function(&at.location, arguments...)));
+}
+
+// Calls one whose last argument is its output.
 template <typename Answer, typename Function, typename... Arguments>
 Answer ask(const request_name &request, const blade &at, Function function, Arguments... arguments)
 {
     Answer answer{};
-    check(request, static_cast<uint32_t>(function(&at.location, arguments..., &answer)));
+    call(request, at, function, arguments..., &answer);
     return answer;
 }
 
@@ -44,6 +51,15 @@ inline bool may_be_cut_short(const bytes &answer)
 {
     return answer.empty() || answer.back() == 0;
 }
+
+// Asks a blade for a parameter of two bytes. `bare` is the same request, for the second look.
+struct byte_pair {
+    uint8_t a = 0;
+    uint8_t b = 0;
+};
+
+byte_pair ask_pair(const request_name &request, const blade &at,
+                   int (*get)(const blade_location *, uint8_t *, uint8_t *), const bytes &bare);
 
 // Completion codes on which a command goes on in another way.
 constexpr uint32_t erase_in_progress = 0x81; // of the requests to the event log

@@ -158,11 +158,13 @@ void check_usage(const command &command, const options &chosen)
         throw usage_failure(command.name + ": is for one blade at a time");
 }
 
-report run_for(const blade &at, const command &command)
+// What a command has to say of what it is run for; when it cannot, why.
+template <typename Subject>
+report run_for(const Subject &subject, const std::function<report(const Subject &)> &run)
 {
     report none;
     try {
-        return command.run(at);
+        return run(subject);
     } catch (const failure &why) {
         none.ended = why;
     } catch (const std::exception &unforeseen) {
@@ -180,13 +182,13 @@ exit_code execute(const command &command, const options &chosen)
 {
     exit_code worst = exit_fine;
     output out(chosen.format, chosen.blades.size() > 1);
-    if (!command.for_blades) {
-        const report told = run_for({{}, chosen.utc}, command);
+    if (command.survey) {
+        const report told = run_for(blades{chosen.blades, chosen.utc}, command.survey);
         out.local(told);
         worst = ending_of(told);
     } else {
         for (const blade_location &location : chosen.blades) {
-            const report told = run_for({location, chosen.utc}, command);
+            const report told = run_for(blade{location, chosen.utc}, command.run);
             out.blade(target_name(location), told);
             worst = worse(worst, ending_of(told));
         }
@@ -220,9 +222,24 @@ int run(int argc, char **argv)
 
     const auto typed = std::make_shared<command>();
     const noun root(&app, "", typed);
+    add_chassis(root);
     add_sel(root);
     add_sdr(root);
     add_fru(root);
+    add_sled(root);
+    add_led(root);
+    add_lcd(root);
+    add_power_button(root);
+    add_power_thermal(root);
+    add_autothrottle(root);
+    add_location(root);
+    add_link_tuning(root);
+    add_lldp(root);
+    add_file(root);
+    add_notify(root);
+    add_post_code(root);
+    add_cpld(root);
+    add_imc_event(root);
     add_raw(root);
     add_events(root);
     add_timeouts(root);

@@ -1,6 +1,5 @@
 // The system event log: its summary, its entries, its clock, its erasure.
 
-#include <charconv>
 #include <chrono>
 #include <cstring>
 #include <ctime>
@@ -153,16 +152,6 @@ exit_code follow(const blades &at, const list_choice &chosen, stream &out)
     }
 }
 
-std::chrono::milliseconds seconds(const std::string &text)
-{
-    double value = 0;
-    const char *const end = text.data() + text.size();
-    const bool read = std::from_chars(text.data(), end, value).ptr == end;
-    if (!read || !(value >= 0.1 && value <= 3600))
-        throw usage_failure("\"" + text + "\" is not a number of seconds from 0.1 to 3600");
-    return std::chrono::milliseconds(static_cast<int>(value * 1000));
-}
-
 struct entry_choice {
     uint16_t id = 0;
 };
@@ -259,7 +248,7 @@ void add_sel(const noun &root)
     sel.verb("info", "Show the log's size, room and latest changes", info);
     sel.verb("list", "Show all entries, oldest first", list)
         .follow("--follow", follow, "Then go on with new entries as they come, until interrupted")
-        .option("--interval", "SECONDS", &list_choice::interval, seconds,
+        .option("--interval", "SECONDS", &list_choice::interval, parse_interval,
                 "How often to look for new entries, 0.1 to 3600; otherwise every second")
         .needs("--follow")
         .binary();

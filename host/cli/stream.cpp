@@ -1,9 +1,12 @@
 #include "cli/stream.h"
 
+#include <algorithm>
 #include <csignal>
 #include <cstdio>
 #include <poll.h>
 #include <unistd.h>
+
+#include "cli/terminal.h"
 
 namespace cli
 {
@@ -48,7 +51,7 @@ stream::stream(format chosen, bool verbose) : format_(chosen), verbose_(verbose)
 void stream::line(const json &fields)
 {
     if (format_ == format::as_json) {
-        write(json_line(fields));
+        write_line(json_line(fields));
         return;
     }
     widths_.resize(std::max(widths_.size(), fields.size()));
@@ -60,7 +63,29 @@ void stream::line(const json &fields)
         width = std::max(width, cell.size());
         text += column == fields.size() ? cell : padded(cell, width + 2);
     }
-    write(text);
+    write_line(text);
+}
+
+void stream::picture(const std::vector<std::string> &lines, const json &fields)
+{
+    if (format_ == format::as_json) {
+        write_line(json_line(fields));
+        return;
+    }
+    static constexpr char home[] = "\033[H";
+    static constexpr char erase_screen[] = "\033[2J";
+    static constexpr char erase_line_end[] = "\033[K";
+    static constexpr char erase_below[] = "\033[J";
+    const bool in_place = is_terminal();
+    // The cursor stands in the line below, so one line fewer fits.
+    const size_t shown = in_place ? std::min(lines.size(), terminal_height() - 1) : lines.size();
+    std::string text = in_place ? home : drawn_ ? "\n" : "";
+    if (in_place && !drawn_)
+        text = erase_screen + text;
+    for (size_t at = 0; at < shown; ++at)
+        text += lines[at] + (in_place ? erase_line_end : "") + "\n";
+    write(text + (in_place ? erase_below : ""));
+    drawn_ = true;
 }
 
 void stream::notice(const std::string &text, const json &fields)
@@ -100,9 +125,14 @@ void stream::wait(std::chrono::milliseconds limit, int fd) const
 }
 
 // A line goes out in one piece, before the next is looked for.
+void stream::write_line(const std::string &text)
+{
+    write(text + "\n");
+}
+
 void stream::write(const std::string &text)
 {
-    if (fputs((text + "\n").c_str(), stdout) < 0 || fflush(stdout) != 0)
+    if (fputs(text.c_str(), stdout) < 0 || fflush(stdout) != 0)
         throw std::runtime_error("cannot write all of standard output");
 }
 

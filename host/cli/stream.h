@@ -24,6 +24,9 @@ class stream
     // A line: a JSON object, or its values side by side. A number stands behind its name.
     void line(const json &fields);
 
+    // What is drawn anew each time: in place on a terminal. In JSON a line.
+    void picture(const std::vector<std::string> &lines, const json &fields);
+
     // Something that concerns who reads the lines, on standard error; in JSON a line too.
     void notice(const std::string &text, const json &fields);
 
@@ -40,10 +43,12 @@ class stream
 
   private:
     void write(const std::string &text);
+    void write_line(const std::string &text);
 
     format format_;
     bool verbose_;
-    std::vector<size_t> widths_;                  // of the columns so far
+    std::vector<size_t> widths_; // of the columns so far
+    bool drawn_ = false;
     std::map<std::string, std::string> failures_; // by blade, as long as they last
 };
 

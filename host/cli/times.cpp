@@ -1,5 +1,6 @@
 #include "cli/times.h"
 
+#include <charconv>
 #include <ctime>
 #include <regex>
 
@@ -82,6 +83,16 @@ uint32_t parse_time(const std::string &text)
         parts.tm_hour != as_given.tm_hour || parts.tm_min != as_given.tm_min)
         throw usage_failure("\"" + text + "\": there is no such date or time");
     return checked(in_zone - zone_offset(found[7]), text);
+}
+
+std::chrono::milliseconds parse_interval(const std::string &text)
+{
+    double value = 0;
+    const char *const end = text.data() + text.size();
+    const bool read = std::from_chars(text.data(), end, value).ptr == end;
+    if (!read || !(value >= 0.1 && value <= 3600))
+        throw usage_failure("\"" + text + "\" is not a number of seconds from 0.1 to 3600");
+    return std::chrono::milliseconds(static_cast<int>(value * 1000));
 }
 
 } // namespace cli

@@ -2,6 +2,7 @@
 #ifndef RUK_HOST_CLI_TIMES_H
 #define RUK_HOST_CLI_TIMES_H
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -21,6 +22,10 @@ std::string format_time(uint32_t stamp, bool utc);
 // The time stamp that `text` means: a date and time like the above, or seconds since 1970. A time
 // without a zone, or one that a controller would take for something special, is a usage failure.
 uint32_t parse_time(const std::string &text);
+
+// How long something is done again after it was done, in seconds, from 0.1 to 3600. Anything else
+// is a usage failure.
+std::chrono::milliseconds parse_interval(const std::string &text);
 
 } // namespace cli
 

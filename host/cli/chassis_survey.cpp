@@ -1,0 +1,260 @@
+#include "cli/chassis_survey.h"
+
+#include <cstring>
+#include <optional>
+
+#include "cli/event_sets.h"
+#include "cli/fru_device.h"
+#include "cli/fru_image.h"
+#include "cli/output.h"
+#include "cli/records.h"
+#include "cli/shared_region.h"
+#include "cli/targets.h"
+#include "platform/platform_info.h"
+#include "platform/status.h"
+
+namespace cli
+{
+
+namespace
+{
+
+const request_name get_chassis_status = {0x0001, "Get Chassis Status"};
+const request_name get_sel_info = {0x0A40, "Get SEL Info"};
+const request_name get_post_code = {0x30D4, "Get POST Code"};
+const request_name get_parameter = {0x30D0, "Get OEM Parameter"};
+
+const json unknown = {{"name", nullptr}, {"serial_number", nullptr}};
+
+// What a blade answers to one question; a controller need not know all of them.
+template <typename Question>
+json unless_refused(Question question, const json &otherwise = nullptr)
+{
+    try {
+        return question();
+    } catch (const failure &why) {
+        if (why.kind != exit_refused && why.kind != exit_unsupported)
+            throw;
+        return otherwise;
+    }
+}
+
+json power(const blade &at)
+{
+    constexpr uint8_t power_is_on = 0x01;
+    return (exchange(get_chassis_status, at, {}, 3)[0] & power_is_on) != 0 ? "on" : "off";
+}
+
+// What the blade says it is, in its first FRU device.
+json identity(const blade &at)
+{
+    const fru_device device(at, 0);
+    const json areas = fru_fields(
+        device.size(), [&](size_t offset, size_t length) { return device.read(offset, length); });
+    for (const char *area : {"product", "board"})
+        if (areas.contains(area) && areas[area].contains("product_name"))
+            return {{"name", areas[area]["product_name"]},
+                    {"serial_number", areas[area]["serial_number"]}};
+    return unknown;
+}
+
+json post_code(const blade &at)
+{
+    const uint8_t request[4] = {};
+    uint8_t post[17];
+    check(get_post_code, static_cast<uint32_t>(ipmi_bexal_post_code(&at.location, request, post)));
+    uint32_t code = 0;
+    memcpy(&code, post + 1, sizeof code);
+    return hex(code);
+}
+
+// A parameter value's bytes behind its own length.
+bytes parameter(const blade &at, uint8_t group, uint8_t length)
+{
+    constexpr size_t before_value = 5;
+    constexpr size_t own_length = 2;
+    const bytes answer =
+        exchange(get_parameter, at, {0x01, group, length, 0, 0, 0}, before_value + length);
+    return bytes(answer.begin() + before_value + own_length, answer.end());
+}
+
+// The names of those that blink.
+json blinking_leds(const blade &at)
+{
+    const bytes leds = parameter(at, 0x0E, 4);
+    json blinking = json::array();
+    if (leds[0] != 0)
+        blinking.push_back("server");
+    if (leds[1] != 0)
+        blinking.push_back("drive");
+    return blinking;
+}
+
+json lcd(const blade &at)
+{
+    return parameter(at, 0x02, 5)[0] != 0 ? "hidden" : "shown";
+}
+
+json log_filling(const blade &at)
+{
+    const auto log = ask_info<sel_info>(get_sel_info, at, ipmi_location_get_sel_info);
+    const uint32_t taken = log.entries * uint32_t{16};
+    const uint32_t room = taken + log.free_space;
+    return {{"entries", log.entries}, {"percent", room == 0 ? 0 : taken * 100 / room}};
+}
+
+// Its identity is asked for only where it is not known yet.
+json blade_fields(const blade &at, const json &known)
+{
+    // Comes first: where there is no blade, one question is enough.
+    const json power_state = unless_refused([&] { return power(at); });
+    json fields = known;
+    if (known["name"].is_null())
+        fields.update(unless_refused([&] { return identity(at); }, unknown));
+    fields["power"] = power_state;
+    fields["post_code"] = unless_refused([&] { return post_code(at); });
+    fields["blinking_leds"] = unless_refused([&] { return blinking_leds(at); });
+    fields["lcd"] = unless_refused([&] { return lcd(at); });
+    fields["sel"] = unless_refused([&] { return log_filling(at); });
+    return fields;
+}
+
+bool nobody_serves(const failure &why)
+{
+    return why.code == RUK_MSG_NO_SERVICE || why.code == RUK_MSG_SERVICE_GONE;
+}
+
+// The chassis' interrupts; none where the platform has no ring.
+std::vector<ipmi_interrupt> interrupts()
+{
+    try {
+        const ipmi_shm region = shared_region_copy();
+        return {std::begin(region.ring), std::end(region.ring)};
+    } catch (const failure &) {
+        return {};
+    }
+}
+
+// How many interrupts of each blade the ring holds, and the event of the latest one.
+void add_events(json &blades)
+{
+    const std::vector<ipmi_interrupt> ring = interrupts();
+    for (json &blade : blades) {
+        uint32_t count = 0;
+        uint32_t latest = 0;
+        json event;
+        for (const ipmi_interrupt &interrupt : ring) {
+            if (interrupt.int_num == 0 || target_name(interrupt.location) != blade["blade"])
+                continue;
+            ++count;
+            const json numbers = event_numbers(interrupt.ies);
+            if (interrupt.int_num >= latest && !numbers.empty()) {
+                latest = interrupt.int_num;
+                event = numbers.back();
+            }
+        }
+        blade["events"] = count;
+        blade["latest_event"] = event;
+        blade["latest_event_name"] = event.is_null() ? event : event_name(event.get<uint32_t>());
+    }
+}
+
+json where(const blade_location &location, const char *state)
+{
+    return {{"blade", target_name(location)}, {"state", state}};
+}
+
+} // namespace
+
+chassis_survey::chassis_survey(const std::vector<blade_location> &chosen)
+    : whole_chassis_(chosen.empty())
+{
+    constexpr uint8_t last_sub_slot = 4;
+    if (whole_chassis_) {
+        slots_.resize(std::min<uint32_t>(_gPlatInfo()[PLAT_INFO_SLOTS], UINT8_MAX));
+        for (size_t at = 0; at < slots_.size(); ++at)
+            for (uint8_t sub_slot = 0; sub_slot <= last_sub_slot; ++sub_slot)
+                slots_[at].places.push_back({static_cast<uint8_t>(at + 1), sub_slot, {}});
+    }
+    for (const blade_location &location : chosen)
+        slots_.push_back({{location}, {}, {}});
+    for (slot &each : slots_)
+        for (const blade_location &place : each.places)
+            each.seen.push_back({where(place, "asked")});
+}
+
+std::vector<chassis_survey::sight>
+chassis_survey::look_at(const std::vector<blade_location> &places, const std::vector<sight> &before)
+{
+    std::vector<sight> seen;
+    for (const blade_location &place : places) {
+        // A blade keeps its identity as long as it answers.
+        const json &last = before[seen.size()].fields;
+        const json known =
+            last["state"] == "present"
+                ? json{{"name", last["name"]}, {"serial_number", last["serial_number"]}}
+                : unknown;
+        try {
+            json fields = where(place, "present");
+            fields.update(blade_fields({place}, known));
+            seen.push_back({fields});
+        } catch (const failure &why) {
+            if (nobody_serves(why))
+                throw;
+            if (why.code == RUK_MSG_NO_BLADE) {
+                seen.push_back({where(place, "empty")});
+            } else {
+                seen.push_back({where(place, "silent"), why.kind});
+                seen.back().fields["error"] = failure_fields(why);
+            }
+        }
+    }
+    return seen;
+}
+
+void chassis_survey::look(std::chrono::milliseconds limit)
+{
+    const auto deadline = std::chrono::steady_clock::now() + limit;
+    for (slot &each : slots_)
+        if (!each.look.valid())
+            each.look = std::async(std::launch::async, look_at, each.places, each.seen);
+    std::optional<failure> unserved;
+    for (slot &each : slots_) {
+        if (each.look.wait_until(deadline) != std::future_status::ready)
+            continue;
+        try {
+            each.seen = each.look.get();
+        } catch (const failure &why) {
+            unserved = why;
+        }
+    }
+    if (unserved)
+        throw *unserved;
+}
+
+json chassis_survey::seen() const
+{
+    json blades = json::array();
+    for (const slot &each : slots_) {
+        const size_t first_of_slot = blades.size();
+        for (const sight &place : each.seen)
+            if (!whole_chassis_ ||
+                (place.fields["state"] != "empty" && place.fields["state"] != "asked"))
+                blades.push_back(place.fields);
+        if (blades.size() == first_of_slot)
+            blades.push_back(each.seen.front().fields);
+    }
+    add_events(blades);
+    return {{"slots", _gPlatInfo()[PLAT_INFO_SLOTS]}, {"blades", blades}};
+}
+
+exit_code chassis_survey::outcome() const
+{
+    exit_code worst = exit_fine;
+    for (const slot &each : slots_)
+        for (const sight &place : each.seen)
+            worst = worse(worst, place.outcome);
+    return worst;
+}
+
+} // namespace cli
