@@ -65,7 +65,7 @@ def test_the_commands_to_try_by_hand_all_succeed(start, environment):
         line for line in block("sh", "ruk-chassisd --simulate").splitlines()
         if line.startswith("ruk-ipmi")
     ]
-    assert len(commands) == 4
+    assert len(commands) == 5
     environment = dict(environment, PATH=f"{BUILD}/bin:{os.environ['PATH']}")
     for command in commands:
         done = subprocess.run(command, shell=True, env=environment, capture_output=True, timeout=30)
