@@ -40,8 +40,9 @@ typedef struct RUK_IPMI_PACKED fru_read_request {
 enum { FRU_WRITE_MAX = 251 };
 
 /**
- * Get FRU Inventory Area Info (network function 0x0A, command 0x10): how large an area is. Waits up
- * to 500 ticks.
+ * Get FRU Inventory Area Info: how large an area is. Waits up to 500 ticks.
+ *
+ * Request 0x0A 0x10, 1 byte; output 4 bytes; refuses a null location or output.
  *
  * @param location  the blade; not null
  * @param fru_id    FRU device ID, 0 for the blade's own
@@ -55,8 +56,9 @@ RUK_IPMI_API int ipmi_location_get_fru_info(const blade_location *location, uint
 RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info *out);
 
 /**
- * Read FRU Data (network function 0x0A, command 0x11): one stretch of an area. Waits up to 1000
- * ticks.
+ * Read FRU Data: one stretch of an area. Waits up to 1000 ticks.
+ *
+ * Request 0x0A 0x11, 4 bytes; output 11 bytes and the buffer; refuses a null location or output.
  *
  * Copies as many bytes as the blade says it returned, `capacity` at the most, whatever the result;
  * `capacity` is all that protects the buffer. The blade's count is one byte, so a stretch never
@@ -80,8 +82,11 @@ RUK_IPMI_API int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, u
                                uint32_t capacity, fru_read_request *out);
 
 /**
- * Write FRU Data (network function 0x0A, command 0x12): one stretch of an area. Waits up to 500
- * ticks. How many bytes the blade took is not passed back.
+ * Write FRU Data: one stretch of an area. Waits up to 500 ticks. How many bytes the blade took is
+ * not passed back.
+ *
+ * Request 0x0A 0x12, 3 + `length` bytes; output 1 byte; refuses a null location or output, or a
+ * `length` above 251.
  *
  * @param location  the blade; not null
  * @param fru_id    FRU device ID

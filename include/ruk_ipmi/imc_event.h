@@ -17,17 +17,19 @@ typedef struct misc_imc_event {
 } misc_imc_event;
 
 /**
- * Reads a blade's miscellaneous IMC event (network function 0x30, command 0xD0, parameter group
- * 0x1B), waiting up to 500 ticks.
+ * Reads a blade's miscellaneous IMC event (parameter group 0x1B), waiting up to 500 ticks.
+ *
+ * Request 0x30 0xD0, 6 bytes; output 42 bytes; refuses a null location, or an answer above 42
+ * bytes.
  *
  * @param event  cleared before anything else, then filled; must not be null. Its `data` is empty
  *               when the blade's `payload_len` is below 5.
- * @return 0; `IPMI_ERR_INVALID_PARAM` when `loc` is null (nothing sent), and when the blade's
+ * @return 0; `IPMI_ERR_INVALID_PARAM` when `location` is null (nothing sent), and when the blade's
  *         `payload_len` is above 42 (the fields before `data` are filled all the same); a status of
  *         the message service; or the completion code (0x01-0xFF) with which the blade refused.
  *         All but the message service's statuses are written to the error log.
  */
-RUK_IPMI_API int location_blade_get_miscellaneous_imc_event(const blade_location *loc,
+RUK_IPMI_API int location_blade_get_miscellaneous_imc_event(const blade_location *location,
                                                             misc_imc_event *event);
 
 #ifdef __cplusplus

@@ -48,7 +48,9 @@ typedef struct RUK_IPMI_PACKED sdr_record {
 } sdr_record;
 
 /**
- * Get SDR Repository Info (network function 0x0A, command 0x20): the summary of the repository.
+ * Get SDR Repository Info: the summary of the repository.
+ *
+ * Request 0x0A 0x20, 0 bytes; output 15 bytes; refuses a null location or output.
  *
  * @param location  the blade; not null
  * @param out       receives 15 bytes; not null
@@ -58,7 +60,9 @@ RUK_IPMI_API int ipmi_location_get_sdr_info(const blade_location *location,
                                             sdr_repository_info *out);
 
 /**
- * Reserve SDR Repository (network function 0x0A, command 0x22): a reservation for reading records.
+ * Reserve SDR Repository: a reservation for reading records.
+ *
+ * Request 0x0A 0x22, 0 bytes; output 3 bytes; refuses a null output.
  *
  * @param location  the blade; not checked: a null pointer is dereferenced
  * @param out       receives 3 bytes; not null
@@ -70,8 +74,10 @@ RUK_IPMI_API int ipmi_location_reserve_sdr(const blade_location *location, sdr_r
 RUK_IPMI_API int ipmi_reserve_sdr(int blade_num, sdr_reservation *out);
 
 /**
- * Get SDR (network function 0x0A, command 0x23): one whole record. To walk the repository, start
- * with record 0x0000 and follow `next_record_id` until it is 0xFFFF.
+ * Get SDR: one whole record. To walk the repository, start with record 0x0000 and follow
+ * `next_record_id` until it is 0xFFFF.
+ *
+ * Request 0x0A 0x23, 6 bytes; output 258 bytes; refuses a null location or output.
  *
  * @param location        the blade; not null
  * @param reservation_id  of `ipmi_location_reserve_sdr`

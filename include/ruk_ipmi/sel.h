@@ -57,8 +57,9 @@ enum {
 };
 
 /**
- * Set SEL Time (network function 0x0A, command 0x49): sets the clock that stamps the blade's
- * events.
+ * Set SEL Time: sets the clock that stamps the blade's events.
+ *
+ * Request 0x0A 0x49, 4 bytes; output 1 byte; refuses a null location or output.
  *
  * Writes a debug line with the time, or an error line with the completion code.
  *
@@ -74,7 +75,9 @@ RUK_IPMI_API int ipmi_location_set_sel_time(const blade_location *location, uint
 RUK_IPMI_API int ipmi_set_sel_time(int blade_num, uint32_t time, uint8_t *out);
 
 /**
- * Set SEL Time UTC Offset (network function 0x0A, command 0x5D).
+ * Set SEL Time UTC Offset.
+ *
+ * Request 0x0A 0x5D, 2 bytes; output 1 byte; refuses a null location or output.
  *
  * Writes a debug line with the offset; a refusal adds an error line and a dump of the request.
  *
@@ -89,7 +92,9 @@ RUK_IPMI_API int ipmi_location_set_sel_time_offset(const blade_location *locatio
                                                    uint8_t *out);
 
 /**
- * Reserve SEL (network function 0x0A, command 0x42): a reservation for `ipmi_location_clear_sel`.
+ * Reserve SEL: a reservation for `ipmi_location_clear_sel`.
+ *
+ * Request 0x0A 0x42, 0 bytes; output 3 bytes; refuses a null location or output.
  *
  * @param location  the blade; not null
  * @param out       receives 3 bytes; not null
@@ -98,7 +103,9 @@ RUK_IPMI_API int ipmi_location_set_sel_time_offset(const blade_location *locatio
 RUK_IPMI_API int ipmi_location_reserve_sel(const blade_location *location, sel_reservation *out);
 
 /**
- * Get SEL Info (network function 0x0A, command 0x40): the summary of the log.
+ * Get SEL Info: the summary of the log.
+ *
+ * Request 0x0A 0x40, 0 bytes; output 15 bytes; refuses a null location or output.
  *
  * @param location  the blade; not null
  * @param out       receives 15 bytes; not null
@@ -107,8 +114,10 @@ RUK_IPMI_API int ipmi_location_reserve_sel(const blade_location *location, sel_r
 RUK_IPMI_API int ipmi_location_get_sel_info(const blade_location *location, sel_info *out);
 
 /**
- * Get SEL Entry (network function 0x0A, command 0x43): one whole record. No reservation is needed.
- * To walk the log, start with record 0x0000 and follow `next_record_id` until it is 0xFFFF.
+ * Get SEL Entry: one whole record. No reservation is needed. To walk the log, start with record
+ * 0x0000 and follow `next_record_id` until it is 0xFFFF.
+ *
+ * Request 0x0A 0x43, 6 bytes; output 19 bytes; refuses a null output.
  *
  * @param location   the blade; not checked: a null pointer is dereferenced
  * @param record_id  0x0000 the first record, 0xFFFF the last
@@ -119,8 +128,11 @@ RUK_IPMI_API int ipmi_location_get_sel_entry(const blade_location *location, uin
                                              sel_entry *out);
 
 /**
- * Clear SEL (network function 0x0A, command 0x47): one step of erasing the log. Reserve it, call
- * this once with `SEL_CLEAR_INITIATE`, then with `SEL_CLEAR_GET_STATUS` until the progress is 1.
+ * Clear SEL: one step of erasing the log. Reserve it, call this once with `SEL_CLEAR_INITIATE`,
+ * then with `SEL_CLEAR_GET_STATUS` until the progress is 1.
+ *
+ * Request 0x0A 0x47, 6 bytes; output 2 bytes; refuses a null location or output, or another
+ * action.
  *
  * @param location        the blade; not null
  * @param reservation_id  of `ipmi_location_reserve_sel`

@@ -27,81 +27,100 @@ typedef struct power_thermal_request {
 } power_thermal_request;
 
 /**
- * Sends a power and thermal management request (network function 0x30, command 0xCE); its two
- * 16-bit numbers travel least significant byte first.
+ * Sends a power and thermal management request; its two 16-bit numbers travel least significant
+ * byte first.
+ *
+ * Request 0x30 0xCE, 6 + `len` bytes; output 10 bytes; refuses a null location, request or output.
  *
  * @param req   the request. A `len` above 482 ends the process, after an error line.
  * @param resp  gets bytes 0-9 of the answer, completion code first; overwritten by every call that
  *              was sent, successful or not.
  */
-RUK_IPMI_API int ipmi_location_process_power_thermal_mgmt(const blade_location *loc,
+RUK_IPMI_API int ipmi_location_process_power_thermal_mgmt(const blade_location *location,
                                                           const power_thermal_request *req,
                                                           uint8_t resp[10]);
 RUK_IPMI_API int ipmi_process_power_thermal_mgmt(int blade_num, const power_thermal_request *req,
                                                  uint8_t resp[10]);
 
 /**
- * Tells a blade an attribute of its physical location (network function 0x30, command 0xCE,
- * parameter 1).
+ * Tells a blade an attribute of its physical location (parameter 1).
  *
- * @param loc      the blade; must not be null.
- * @param param_b  sent along with a text; passed on.
- * @param attr_id  which attribute: 637, 706, 633, 205 and 600 are texts, 513 is a decimal number,
- *                 of which the low 8 bits are sent; for any other a header alone is sent.
- * @param value    its value, a text of up to 128 characters: a longer one ends the process, after
- *                 an error line. Must not be null for the attributes named.
+ * Request 0x30 0xCE, 6, 12, or 13 to 141 bytes; output none; refuses nothing.
+ *
+ * @param location  the blade; must not be null.
+ * @param param_b   sent along with a text; passed on.
+ * @param attr_id   which attribute: 637, 706, 633, 205 and 600 are texts, 513 is a decimal number,
+ *                  of which the low 8 bits are sent; for any other a header alone is sent.
+ * @param value     its value, a text of up to 128 characters: a longer one ends the process, after
+ *                  an error line. Must not be null for the attributes named.
  */
-RUK_IPMI_API int ipmi_location_set_physical_location(const blade_location *loc, uint8_t param_b,
-                                                     uint32_t attr_id, const char *value);
+RUK_IPMI_API int ipmi_location_set_physical_location(const blade_location *location,
+                                                     uint8_t param_b, uint32_t attr_id,
+                                                     const char *value);
 
 /**
- * Asks whether the LCD's messages are hidden (network function 0x30, command 0xD0, parameter group
- * 0x02).
+ * Asks whether the LCD's messages are hidden (parameter group 0x02).
  *
- * @param loc       the blade; must not be null.
+ * Request 0x30 0xD0, 6 bytes; output 1 + 1 byte; refuses a null output.
+ *
+ * @param location  the blade; must not be null.
  * @param status_a  gets the first of two bytes of the blade's, 0 where the answer is too short;
  *                  written unless the blade refused.
  * @param status_b  gets the second, likewise.
  */
-RUK_IPMI_API int ipmi_location_get_lcd_hide_status(const blade_location *loc, uint8_t *status_a,
-                                                   uint8_t *status_b);
+RUK_IPMI_API int ipmi_location_get_lcd_hide_status(const blade_location *location,
+                                                   uint8_t *status_a, uint8_t *status_b);
 RUK_IPMI_API int ipmi_get_lcd_hide_status(int blade_num, uint8_t *status_a, uint8_t *status_b);
 
-/** Hides the LCD's messages (network function 0x30, command 0xD0, parameter group 0x02). `loc` must
- *  not be null. */
-RUK_IPMI_API int ipmi_location_hide_lcd_messages(const blade_location *loc);
+/**
+ * Hides the LCD's messages (parameter group 0x02). `location` must not be null.
+ *
+ * Request 0x30 0xD0, 9 bytes; output none; refuses nothing.
+ */
+RUK_IPMI_API int ipmi_location_hide_lcd_messages(const blade_location *location);
 RUK_IPMI_API int ipmi_hide_lcd_messages(int blade_num);
 
-/** Shows the LCD's messages (network function 0x30, command 0xD0, parameter group 0x02). `loc` must
- *  not be null. */
-RUK_IPMI_API int ipmi_location_unhide_lcd_messages(const blade_location *loc);
+/**
+ * Shows the LCD's messages (parameter group 0x02). `location` must not be null.
+ *
+ * Request 0x30 0xD0, 9 bytes; output none; refuses nothing.
+ */
+RUK_IPMI_API int ipmi_location_unhide_lcd_messages(const blade_location *location);
 RUK_IPMI_API int ipmi_unhide_lcd_messages(int blade_num);
 
 /**
- * Reads the version of a blade's link tuning (network function 0x30, command 0xD0, parameter group
- * 0x11, item 1). The outputs are written only when the result is 0.
+ * Reads the version of a blade's link tuning (parameter group 0x11, item 1). The outputs are
+ * written only when the result is 0.
+ *
+ * Request 0x30 0xD0, 7 bytes; output 4 + 4 + 1 byte; refuses a null location, or a null output but
+ * `value_c`.
  *
  * @param value_a  gets bytes 9-12 of the answer as they lie.
  * @param value_b  gets bytes 13-16 of the answer as they lie.
  * @param value_c  gets byte 8 of the answer; must not be null.
  * @return as all; `IPMI_ERR_BAD_RESPONSE_LENGTH` when the answer is not 17 bytes long.
  */
-RUK_IPMI_API int ipmi_location_get_link_tuning_version(const blade_location *loc, uint32_t *value_a,
-                                                       uint32_t *value_b, uint8_t *value_c);
+RUK_IPMI_API int ipmi_location_get_link_tuning_version(const blade_location *location,
+                                                       uint32_t *value_a, uint32_t *value_b,
+                                                       uint8_t *value_c);
 
 /**
- * Reads the transmit status of a blade's link tuning (network function 0x30, command 0xD0,
- * parameter group 0x11, item 2).
+ * Reads the transmit status of a blade's link tuning (parameter group 0x11, item 2).
+ *
+ * Request 0x30 0xD0, 7 bytes; output 1 byte; refuses a null location or output.
  *
  * @param tx_status  gets byte 8 of the answer; written only when the result is 0.
  * @return as all; `IPMI_ERR_BAD_RESPONSE_LENGTH` when the answer is not 9 bytes long.
  */
-RUK_IPMI_API int ipmi_location_get_link_tuning_tx_status(const blade_location *loc,
+RUK_IPMI_API int ipmi_location_get_link_tuning_tx_status(const blade_location *location,
                                                          uint8_t *tx_status);
 
-/** Sets the delay of automatic throttling, the one that there is (network function 0x30, command
- *  0xD0, parameter group 0x1A). */
-RUK_IPMI_API int ipmi_location_set_autothrottle_delay(const blade_location *loc);
+/**
+ * Sets the delay of automatic throttling, the one that there is (parameter group 0x1A).
+ *
+ * Request 0x30 0xD0, 11 bytes; output none; refuses a null location.
+ */
+RUK_IPMI_API int ipmi_location_set_autothrottle_delay(const blade_location *location);
 
 #ifdef __cplusplus
 }

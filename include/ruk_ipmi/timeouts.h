@@ -20,15 +20,15 @@ extern "C" {
  * Counts one raised time-out of a blade and, when `retries` is above 3, one new session; both are
  * written to the debug log.
  *
- * @param shm      the region itself, from `get_ipmi_shm_ptr`.
- * @param loc      the blade.
- * @param retries  how often the request was repeated; taken as a signed number.
- * @param caller   name of the calling function, for the log. Must not be null.
- * @param line     source line of the call, for the log.
- * @return 0; `IPMI_ERR_INVALID_PARAM` when `shm` or `loc` is null or the table has no entry for the
- *         location, and nothing is changed.
+ * @param shm       the region itself, from `get_ipmi_shm_ptr`.
+ * @param location  the blade.
+ * @param retries   how often the request was repeated; taken as a signed number.
+ * @param caller    name of the calling function, for the log. Must not be null.
+ * @param line      source line of the call, for the log.
+ * @return 0; `IPMI_ERR_INVALID_PARAM` when `shm` or `location` is null or the table has no entry
+ * for the location, and nothing is changed.
  */
-RUK_IPMI_API uint32_t SetTimeout(ipmi_shm *shm, const blade_location *loc, uint32_t retries,
+RUK_IPMI_API uint32_t SetTimeout(ipmi_shm *shm, const blade_location *location, uint32_t retries,
                                  const char *caller, uint32_t line);
 
 /**
@@ -39,16 +39,16 @@ RUK_IPMI_API uint32_t SetTimeout(ipmi_shm *shm, const blade_location *loc, uint3
  * @return 0; `IPMI_ERR_INVALID_PARAM` when an argument is null or the table has no entry for the
  *         location, and nothing is written.
  */
-RUK_IPMI_API uint32_t GetTimeouts(ipmi_shm *shm, const blade_location *loc, uint32_t *bumps,
+RUK_IPMI_API uint32_t GetTimeouts(ipmi_shm *shm, const blade_location *location, uint32_t *bumps,
                                   uint32_t *sessions);
 
 /**
  * Sets a blade's counters to 0.
  *
- * @return 0; `IPMI_ERR_INVALID_PARAM` when `shm` or `loc` is null or the table has no entry for the
- *         location, and nothing is changed.
+ * @return 0; `IPMI_ERR_INVALID_PARAM` when `shm` or `location` is null or the table has no entry
+ * for the location, and nothing is changed.
  */
-RUK_IPMI_API uint32_t ClearTimeouts(ipmi_shm *shm, const blade_location *loc);
+RUK_IPMI_API uint32_t ClearTimeouts(ipmi_shm *shm, const blade_location *location);
 
 #ifdef __cplusplus
 }

@@ -5,16 +5,15 @@
 //         if (!location || !out)
 //             return invalid_param();
 //         command x(location, 0x0A43, le16{id}, 0x00, 0xFF);
-//         const int result = x.exchange();
-//         x.copy_to(out);
+//         const int result = x.fetch(out);
 //         if (result == 0)
 //             out->field = from_wire(out->field);
 //         return result;
 //     }
 //
 // The request reads like the command's definition: a plain number is one byte (its low 8 bits),
-// anything wider says how it travels. Copying stands before or behind the test of the result as
-// the command demands.
+// anything wider says how it travels. Most commands hand over the answer whatever the result; one
+// that does not uses `exchange`, and copies where it has looked at the result.
 #ifndef RUK_COMMANDS_FRAME_H
 #define RUK_COMMANDS_FRAME_H
 
@@ -68,6 +67,11 @@ struct padded {
     uint32_t field;
 };
 
+inline padded cut_to(const char *text, uint32_t field)
+{
+    return {text, strnlen(text, field), field};
+}
+
 inline void append(ipmi_request &request, int byte)
 {
     request.data[request.data_len++] = static_cast<uint8_t>(byte);
@@ -104,6 +108,12 @@ inline void append(ipmi_request &request, padded field)
     request.data_len += field.field;
 }
 
+template <typename... Fields>
+void append_all(ipmi_request &request, Fields... fields)
+{
+    (append(request, fields), ...);
+}
+
 // One command to one blade: both records, cleared once, and the status of the last exchange.
 struct command {
     ipmi_request request{};
@@ -115,7 +125,7 @@ struct command {
     {
         request.location = *location;
         request.netfn_cmd = netfn_cmd;
-        (append(request, fields), ...);
+        append_all(request, fields...);
     }
 
     // Sends the request as it stands and waits for the answer. The result: transport status, else
@@ -127,7 +137,23 @@ struct command {
         return static_cast<int>(status != 0 ? status : response.comp_code);
     }
 
-    // The same for a command whose answer has one length only.
+    // The same, and hands over the answer's first bytes, from the completion code on, as they come
+    // and whatever the result.
+    int fetch(void *out, size_t count)
+    {
+        const int result = exchange();
+        memcpy(out, response.data, count);
+        return result;
+    }
+
+    template <typename Record>
+    int fetch(Record *out)
+    {
+        static_assert(sizeof *out <= sizeof response.data);
+        return fetch(out, sizeof *out);
+    }
+
+    // The same as `exchange` for a command whose answer has one length only.
     int exchange_exactly(uint32_t length)
     {
         const int result = exchange();
@@ -149,12 +175,12 @@ struct command {
     // As logs print it.
     uint8_t completion_code() const { return static_cast<uint8_t>(response.comp_code); }
 
-    // Fills the caller's record with the answer's bytes from the completion code on.
-    template <typename Record>
-    void copy_to(Record *out) const
+    // An error line of a command that failed, and its result where a completion code counts for
+    // more than the transport's status.
+    int tell_failure(const char *name) const
     {
-        static_assert(sizeof *out <= sizeof response.data);
-        memcpy(out, response.data, sizeof *out);
+        slog_elog("%s command failed rc: %d cc: 0x%hhX\n", name, status, completion_code());
+        return refusal_first();
     }
 };
 

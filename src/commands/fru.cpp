@@ -19,8 +19,7 @@ int ipmi_location_get_fru_info(const blade_location *location, uint8_t fru_id, f
     if (!location || !out)
         return invalid_param();
     command get_info(location, 0x0A10, fru_id);
-    const int result = get_info.exchange();
-    get_info.copy_to(out);
+    const int result = get_info.fetch(out);
     out->size = from_wire(out->size); // whatever the result, unlike the SEL's and SDR's fields
     return result;
 }
@@ -65,9 +64,7 @@ int ipmi_location_write_fru(const blade_location *location, uint8_t fru_id, uint
     if (length > FRU_WRITE_MAX)
         return IPMI_ERR_INVALID_PARAM;
     command write(location, 0x0A12, fru_id, le16{offset}, block{data, length});
-    const int result = write.exchange();
-    write.copy_to(out);
-    return result;
+    return write.fetch(out);
 }
 
 int ipmi_write_fru(int blade_num, uint8_t fru_id, uint16_t offset, uint32_t length,

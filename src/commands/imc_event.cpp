@@ -10,18 +10,19 @@ using namespace ruk;
 static_assert(sizeof(misc_imc_event) == 42 && offsetof(misc_imc_event, feature_bits) == 2 &&
               offsetof(misc_imc_event, fru_id) == 4 && offsetof(misc_imc_event, data) == 5);
 
-int location_blade_get_miscellaneous_imc_event(const blade_location *loc, misc_imc_event *event)
+int location_blade_get_miscellaneous_imc_event(const blade_location *location,
+                                               misc_imc_event *event)
 {
     constexpr char name[] = "location_blade_get_miscellaneous_imc_event";
     *event = {};
-    if (!loc) {
+    if (!location) {
         slog_elog("IPMI Cmd IPMI_MISC_SUBCMD_IMCEVENT_BIT36 Invalid parameter to IPMI "
                   "interface\n");
         os_log(1, 4, "%s: invalid parameter blade location %s \n", name,
                ruk_blade_clt_to_str(nullptr));
         return IPMI_ERR_INVALID_PARAM;
     }
-    read_parameter get(loc, parameter_group::imc_event, sizeof *event);
+    read_parameter get(location, parameter_group::imc_event, sizeof *event);
     int result = get.exchange();
     if (get.refused())
         slog_elog("%s() :  ipmi cmd  failed %x \n", name, get.response.comp_code);
@@ -35,7 +36,8 @@ int location_blade_get_miscellaneous_imc_event(const blade_location *loc, misc_i
     event->fru_id = value[4];
     if (event->payload_len > sizeof *event) {
         slog_elog("%s():Invalid Payload Length received  %d\n", name, event->payload_len);
-        os_log(1, 4, "%s: Payload Length blade location %s \n", name, ruk_blade_clt_to_str(loc));
+        os_log(1, 4, "%s: Payload Length blade location %s \n", name,
+               ruk_blade_clt_to_str(location));
         result = IPMI_ERR_INVALID_PARAM;
     } else if (event->payload_len > fields) {
         memcpy(event->data, value + fields, event->payload_len - fields);

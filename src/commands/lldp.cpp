@@ -24,10 +24,10 @@ int send_part(write_parameter_part &part)
 // A short value is one request. A long one goes in chunks as a stream of `info_len` bytes that
 // begins with its own length: so the information's last two bytes stay behind. A chunk that fails
 // does not stop the others.
-int ipmi_location_set_lldp_connection_info(const blade_location *loc, const uint8_t *info,
+int ipmi_location_set_lldp_connection_info(const blade_location *location, const uint8_t *info,
                                            uint16_t info_len)
 {
-    if (!loc || !info) {
+    if (!location || !info) {
         const int result = invalid_param();
         os_log(1, 4, "%s: Invalid parameter to IPMI interface\n", lldp_name);
         return result;
@@ -36,21 +36,21 @@ int ipmi_location_set_lldp_connection_info(const blade_location *loc, const uint
     int result = 0;
     int remaining = info_len;
     if (remaining > chunk_size) {
-        write_parameter_part first(loc, group, 0, le16{info_len}, block{info, chunk_size});
+        write_parameter_part first(location, group, 0, le16{info_len}, block{info, chunk_size});
         result = send_part(first);
         int offset = 2 + chunk_size;
         remaining -= offset;
         while (remaining > 0) {
             const int count = remaining < chunk_size ? remaining : chunk_size;
             info += chunk_size;
-            write_parameter_part next(loc, group, static_cast<uint16_t>(offset),
+            write_parameter_part next(location, group, static_cast<uint16_t>(offset),
                                       block{info, static_cast<size_t>(count)});
             result = send_part(next);
             offset += count;
             remaining -= count;
         }
     } else if (remaining > 0) {
-        write_parameter whole(loc, group, block{info, info_len});
+        write_parameter whole(location, group, block{info, info_len});
         result = send_part(whole);
     }
     slog_dlog("%s(): Returning with rc =%d\n", lldp_name, result);

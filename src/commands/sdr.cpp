@@ -21,8 +21,7 @@ int ipmi_location_get_sdr_info(const blade_location *location, sdr_repository_in
     if (!location || !out)
         return invalid_param();
     command get_info(location, 0x0A20);
-    const int result = get_info.exchange();
-    get_info.copy_to(out);
+    const int result = get_info.fetch(out);
     if (result == 0) { // here the time stamps are converted too, unlike those of the SEL
         out->records = from_wire(out->records);
         out->free_space = from_wire(out->free_space);
@@ -37,8 +36,7 @@ int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *o
     if (!out)
         return invalid_param();
     command reserve(location, 0x0A22);
-    const int result = reserve.exchange();
-    reserve.copy_to(out);
+    const int result = reserve.fetch(out);
     if (result == 0)
         out->reservation_id = from_wire(out->reservation_id);
     return result;
@@ -55,8 +53,7 @@ int ipmi_location_get_sdr(const blade_location *location, uint16_t reservation_i
     if (!location || !out)
         return invalid_param();
     command get_record(location, 0x0A23, le16{reservation_id}, le16{record_id}, 0x00, 0xFF);
-    const int result = get_record.exchange();
-    get_record.copy_to(out);
+    const int result = get_record.fetch(out);
     if (result == 0)
         out->next_record_id = from_wire(out->next_record_id);
     return result;

@@ -21,8 +21,7 @@ int ipmi_location_set_sel_time(const blade_location *location, uint32_t time, ui
     if (!location || !out)
         return invalid_param();
     command set_time(location, 0x0A49, le32{time});
-    const int result = set_time.exchange();
-    set_time.copy_to(out);
+    const int result = set_time.fetch(out);
     if (set_time.refused())
         slog_elog("%s(): blade=%s IPMI_SET_SEL_TIME failed: rc=0x%04X\n",
                   "ipmi_location_set_sel_time", ruk_blade_clt_to_str(location),
@@ -46,8 +45,7 @@ int ipmi_location_set_sel_time_offset(const blade_location *location, int offset
     slog_dlog("%s(): blade=%s offset=%d compOffset=0x%04X\n", "ipmi_location_set_sel_time_offset",
               ruk_blade_clt_to_str(location), offset, comp_offset);
     command set_offset(location, 0x0A5D, le16{comp_offset});
-    const int result = set_offset.exchange();
-    set_offset.copy_to(out);
+    const int result = set_offset.fetch(out);
     if (set_offset.refused()) {
         slog_elog("%s(): blade=%s IPMI_SET_SEL_TIME_UTC_OFFSET failed: rc=0x%04X\n",
                   "ipmi_location_set_sel_time_offset", ruk_blade_clt_to_str(location),
@@ -62,8 +60,7 @@ int ipmi_location_reserve_sel(const blade_location *location, sel_reservation *o
     if (!location || !out)
         return invalid_param();
     command reserve(location, 0x0A42);
-    const int result = reserve.exchange();
-    reserve.copy_to(out);
+    const int result = reserve.fetch(out);
     if (result == 0)
         out->reservation_id = from_wire(out->reservation_id);
     return result;
@@ -74,8 +71,7 @@ int ipmi_location_get_sel_info(const blade_location *location, sel_info *out)
     if (!location || !out)
         return invalid_param();
     command get_info(location, 0x0A40);
-    const int result = get_info.exchange();
-    get_info.copy_to(out);
+    const int result = get_info.fetch(out);
     if (result == 0) { // the two time stamps stay as received
         out->entries = from_wire(out->entries);
         out->free_space = from_wire(out->free_space);
@@ -88,8 +84,7 @@ int ipmi_location_get_sel_entry(const blade_location *location, uint16_t record_
     if (!out)
         return invalid_param();
     command get_entry(location, 0x0A43, le16{0}, le16{record_id}, 0x00, 0xFF);
-    const int result = get_entry.exchange();
-    get_entry.copy_to(out);
+    const int result = get_entry.fetch(out);
     if (result == 0)
         out->next_record_id = from_wire(out->next_record_id);
     return result;
@@ -101,7 +96,5 @@ int ipmi_location_clear_sel(const blade_location *location, uint16_t reservation
     if (!location || !out || (action != SEL_CLEAR_INITIATE && action != SEL_CLEAR_GET_STATUS))
         return invalid_param();
     command clear(location, 0x0A47, le16{reservation_id}, 'C', 'L', 'R', action);
-    const int result = clear.exchange();
-    clear.copy_to(out);
-    return result;
+    return clear.fetch(out);
 }

@@ -16,12 +16,12 @@ static_assert(offsetof(power_thermal_request, param) == 1 &&
 
 // Power and thermal management.
 
-int ipmi_location_process_power_thermal_mgmt(const blade_location *loc,
+int ipmi_location_process_power_thermal_mgmt(const blade_location *location,
                                              const power_thermal_request *req, uint8_t resp[10])
 {
-    if (!req || !resp || !loc)
+    if (!req || !resp || !location)
         return invalid_param();
-    command process(loc, 0x30CE, req->op, req->param, le16{req->len}, le16{req->offset},
+    command process(location, 0x30CE, req->op, req->param, le16{req->len}, le16{req->offset},
                     block{req->body, req->len});
     const int result = process.exchange();
     memcpy(resp, process.response.data, 10);
@@ -63,14 +63,14 @@ uint8_t code_of_text(uint32_t attr_id)
 
 } // namespace
 
-int ipmi_location_set_physical_location(const blade_location *loc, uint8_t param_b,
+int ipmi_location_set_physical_location(const blade_location *location, uint8_t param_b,
                                         uint32_t attr_id, const char *value)
 {
     power_thermal_request req{};
     req.param = 0x01;
     uint8_t *body = req.body;
     body[3] = param_b;
-    body[4] = loc->slot_id;
+    body[4] = location->slot_id;
     body[5] = static_cast<uint8_t>(_gPlatInfo()[PLAT_INFO_LOCATION]);
     if (const uint8_t code = code_of_text(attr_id)) {
         const size_t length = strlen(value);
@@ -84,17 +84,17 @@ int ipmi_location_set_physical_location(const blade_location *loc, uint8_t param
     } // any other: a header alone
     store_le16(body, req.len);
     uint8_t resp[10];
-    return ipmi_location_process_power_thermal_mgmt(loc, &req, resp);
+    return ipmi_location_process_power_thermal_mgmt(location, &req, resp);
 }
 
 // Messages of the LCD.
 
-int ipmi_location_get_lcd_hide_status(const blade_location *loc, uint8_t *status_a,
+int ipmi_location_get_lcd_hide_status(const blade_location *location, uint8_t *status_a,
                                       uint8_t *status_b)
 {
     if (!status_a || !status_b)
         return invalid_param();
-    read_parameter get(loc, parameter_group::lcd_messages, 5);
+    read_parameter get(location, parameter_group::lcd_messages, 5);
     get.exchange();
     if (get.refused())
         return static_cast<int>(get.response.comp_code);
@@ -111,9 +111,9 @@ int ipmi_get_lcd_hide_status(int blade_num, uint8_t *status_a, uint8_t *status_b
     return by_number(ipmi_location_get_lcd_hide_status, blade_num, status_a, status_b);
 }
 
-int ipmi_location_hide_lcd_messages(const blade_location *loc)
+int ipmi_location_hide_lcd_messages(const blade_location *location)
 {
-    return write_parameter(loc, parameter_group::lcd_messages, 0x01).exchange();
+    return write_parameter(location, parameter_group::lcd_messages, 0x01).exchange();
 }
 
 int ipmi_hide_lcd_messages(int blade_num)
@@ -121,9 +121,9 @@ int ipmi_hide_lcd_messages(int blade_num)
     return by_number(ipmi_location_hide_lcd_messages, blade_num);
 }
 
-int ipmi_location_unhide_lcd_messages(const blade_location *loc)
+int ipmi_location_unhide_lcd_messages(const blade_location *location)
 {
-    return write_parameter(loc, parameter_group::lcd_messages, 0x00).exchange();
+    return write_parameter(location, parameter_group::lcd_messages, 0x00).exchange();
 }
 
 int ipmi_unhide_lcd_messages(int blade_num)
@@ -140,12 +140,12 @@ enum link_tuning_item : uint8_t { tuning_version = 1, transmit_status = 2 };
 
 } // namespace
 
-int ipmi_location_get_link_tuning_version(const blade_location *loc, uint32_t *value_a,
+int ipmi_location_get_link_tuning_version(const blade_location *location, uint32_t *value_a,
                                           uint32_t *value_b, uint8_t *value_c)
 {
-    if (!loc || !value_a || !value_b)
+    if (!location || !value_a || !value_b)
         return invalid_param();
-    read_parameter get(loc, parameter_group::link_tuning, 11, tuning_version);
+    read_parameter get(location, parameter_group::link_tuning, 11, tuning_version);
     const int result = get.exchange_exactly(17);
     if (result == 0) {
         const uint8_t *data = get.response.data;
@@ -156,11 +156,11 @@ int ipmi_location_get_link_tuning_version(const blade_location *loc, uint32_t *v
     return result;
 }
 
-int ipmi_location_get_link_tuning_tx_status(const blade_location *loc, uint8_t *tx_status)
+int ipmi_location_get_link_tuning_tx_status(const blade_location *location, uint8_t *tx_status)
 {
-    if (!loc || !tx_status)
+    if (!location || !tx_status)
         return invalid_param();
-    read_parameter get(loc, parameter_group::link_tuning, 3, transmit_status);
+    read_parameter get(location, parameter_group::link_tuning, 3, transmit_status);
     const int result = get.exchange_exactly(9);
     if (result == 0)
         *tx_status = get.response.data[8];
@@ -169,13 +169,13 @@ int ipmi_location_get_link_tuning_tx_status(const blade_location *loc, uint8_t *
 
 // Automatic throttling.
 
-int ipmi_location_set_autothrottle_delay(const blade_location *loc)
+int ipmi_location_set_autothrottle_delay(const blade_location *location)
 {
-    if (!loc) {
+    if (!location) {
         const int result = invalid_param();
         os_log(1, 4, "%s: invalid parameter blade location\n",
                "ipmi_location_set_autothrottle_delay");
         return result;
     }
-    return write_parameter(loc, parameter_group::autothrottle, 0x00, 0x01, 0x59).exchange();
+    return write_parameter(location, parameter_group::autothrottle, 0x00, 0x01, 0x59).exchange();
 }

@@ -14,6 +14,14 @@ bytes joined(const bytes &head, const bytes &tail)
     return all;
 }
 
+bytes counting(size_t length)
+{
+    bytes data(length);
+    for (size_t i = 0; i < length; ++i)
+        data[i] = static_cast<uint8_t>(1 + i % 251);
+    return data;
+}
+
 std::string hex(const bytes &data)
 {
     std::string text;

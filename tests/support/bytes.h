@@ -28,7 +28,27 @@ bytes bytes_of(const Record &record)
     return bytes_at(&record, sizeof record);
 }
 
+inline bytes characters(const std::string &text)
+{
+    return bytes(text.begin(), text.end());
+}
+
 bytes joined(const bytes &head, const bytes &tail);
+
+// 1, 2, 3, ... 251, and so on from 1: `length` bytes, of which no two blocks are alike.
+bytes counting(size_t length);
+
+// The bytes of a 16-bit number.
+
+inline uint8_t low(size_t number)
+{
+    return static_cast<uint8_t>(number);
+}
+
+inline uint8_t high(size_t number)
+{
+    return static_cast<uint8_t>(number >> 8);
+}
 
 // "01 0A FF".
 std::string hex(const bytes &data);

@@ -6,6 +6,7 @@
 #define RUK_TESTS_UNIT_COMMAND_SHAPE_H
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -25,6 +26,18 @@ struct outcome {
     bool guards_hold; // nothing around the output was written
 };
 
+// When numbers of the output are in host order; else they are as received.
+enum class conversion { after_success, unless_refused, always };
+
+// An output of `Size` bytes, for a function that writes to a plain array.
+template <size_t Size, typename Blade>
+auto filling(int (*function)(Blade, uint8_t *))
+{
+    return [=](Blade blade, std::array<uint8_t, Size> *out) {
+        return function(blade, out ? out->data() : nullptr);
+    };
+}
+
 struct command_row {
     std::string name;
     uint32_t netfn_cmd;
@@ -36,8 +49,8 @@ struct command_row {
     std::function<int(const blade_location *)> call_without_output;
     std::function<outcome(int)> call_by_number; // empty: there is no such form
     bool location_is_checked = true;
-    bool is_silent = true;        // writes no log line of its own
-    bool always_converts = false; // also after a refusal
+    bool is_silent = true; // writes no log line of its own
+    conversion converts = conversion::after_success;
 
     // The function checks its output only.
     command_row &&leaves_location_unchecked() &&
@@ -56,7 +69,14 @@ struct command_row {
     // The output is in host order whatever the result.
     command_row &&converts_always() &&
     {
-        always_converts = true;
+        converts = conversion::always;
+        return std::move(*this);
+    }
+
+    // The output is in host order after a failure too, but not after a refusal.
+    command_row &&converts_unless_refused() &&
+    {
+        converts = conversion::unless_refused;
         return std::move(*this);
     }
 
@@ -65,6 +85,15 @@ struct command_row {
     command_row &&by_number(int (*function)(int, Record *)) &&
     {
         call_by_number = [=](int blade_num) { return seen<Record>(function, blade_num); };
+        return std::move(*this);
+    }
+
+    template <size_t Size>
+    command_row &&by_number(int (*function)(int, uint8_t *)) &&
+    {
+        call_by_number = [=](int blade_num) {
+            return seen<std::array<uint8_t, Size>>(filling<Size>(function), blade_num);
+        };
         return std::move(*this);
     }
 
@@ -77,16 +106,15 @@ struct command_row {
     }
 };
 
-// A row for `function(location, out)`, which after `answer` leaves `output`.
-template <typename Record>
-command_row row(std::string name, int (*function)(const blade_location *, Record *),
-                uint32_t netfn_cmd, bytes payload, bytes answer, const Record &output)
+template <typename Record, typename Function>
+command_row row_of(std::string name, Function function, uint32_t netfn_cmd, bytes payload,
+                   bytes answer, bytes output)
 {
     command_row row{std::move(name),
                     netfn_cmd,
                     std::move(payload),
                     std::move(answer),
-                    bytes_of(output),
+                    std::move(output),
                     {},
                     {},
                     {}};
@@ -94,9 +122,34 @@ command_row row(std::string name, int (*function)(const blade_location *, Record
         return command_row::seen<Record>(function, location);
     };
     row.call_without_output = [=](const blade_location *location) {
-        return function(location, nullptr);
+        return function(location, static_cast<Record *>(nullptr));
     };
     return row;
+}
+
+// A row for `function(location, out)`, which after `answer` leaves `output`.
+template <typename Record>
+command_row row(std::string name, int (*function)(const blade_location *, Record *),
+                uint32_t netfn_cmd, bytes payload, bytes answer, const Record &output)
+{
+    return row_of<Record>(std::move(name), function, netfn_cmd, std::move(payload),
+                          std::move(answer), bytes_of(output));
+}
+
+// A row for a function that hands over the first `Size` bytes of its answer as they come.
+template <size_t Size>
+command_row row(std::string name, int (*function)(const blade_location *, uint8_t *),
+                uint32_t netfn_cmd, bytes payload, bytes answer)
+{
+    const bytes output = bytes_at(answer.data(), Size);
+    return row_of<std::array<uint8_t, Size>>(std::move(name), filling<Size>(function), netfn_cmd,
+                                             std::move(payload), std::move(answer), output);
+}
+
+// An answer of which no two neighbours are alike, completion code 0 first.
+inline bytes counting_answer(size_t length)
+{
+    return joined({0x00}, counting(length - 1));
 }
 
 inline std::ostream &operator<<(std::ostream &out, const command_row &row)

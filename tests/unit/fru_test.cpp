@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstring>
-#include <numeric>
 
 #include "command_shape.h"
 
@@ -38,13 +37,6 @@ std::vector<command_row> fru_rows()
 INSTANTIATE_COMMAND_SHAPE(fru, fru_rows());
 
 using write_fru = scripted_test;
-
-bytes counting(size_t length)
-{
-    bytes data(length);
-    std::iota(data.begin(), data.end(), uint8_t{1});
-    return data;
-}
 
 // Reads into a buffer of 256 bytes, of which a call may write `capacity`.
 class read_fru : public scripted_test

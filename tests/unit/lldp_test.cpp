@@ -43,25 +43,6 @@ std::vector<oem_row> lldp_rows()
 
 INSTANTIATE_OEM_SHAPE(lldp, lldp_rows());
 
-// Information in which no two chunks are alike.
-bytes info_of(size_t length)
-{
-    bytes info(length);
-    for (size_t i = 0; i < length; ++i)
-        info[i] = static_cast<uint8_t>(i % 251);
-    return info;
-}
-
-uint8_t low(size_t number)
-{
-    return static_cast<uint8_t>(number);
-}
-
-uint8_t high(size_t number)
-{
-    return static_cast<uint8_t>(number >> 8);
-}
-
 class lldp : public scripted_test
 {
   protected:
@@ -118,7 +99,7 @@ TEST_F(lldp, of_no_length_sends_nothing)
 TEST_F(lldp, of_up_to_128_bytes_goes_whole)
 {
     for (const size_t length : {1, 127, 128}) {
-        const bytes info = info_of(length);
+        const bytes info = counting(length);
         expects_chunk(0, joined({low(length + 2), 0x00}, info));
         litter_the_stack();
         EXPECT_EQ(set(info), 0);
@@ -129,7 +110,7 @@ TEST_F(lldp, of_up_to_128_bytes_goes_whole)
 TEST_F(lldp, of_129_and_130_bytes_ends_with_the_first_chunk)
 {
     for (const size_t length : {129, 130}) {
-        const bytes info = info_of(length);
+        const bytes info = counting(length);
         expects_chunk(0, joined({low(length), 0x00}, bytes_at(info.data(), 128)));
         platform.forget();
         EXPECT_EQ(set(info), 0);
@@ -140,7 +121,7 @@ TEST_F(lldp, of_129_and_130_bytes_ends_with_the_first_chunk)
 
 TEST_F(lldp, of_300_bytes_goes_in_three_chunks_without_its_last_two)
 {
-    const bytes info = info_of(300);
+    const bytes info = counting(300);
     platform.expects(
         at, 0x30D0,
         joined({0x00, 0x24, 0x82, 0x00, 0x00, 0x00, 0x2C, 0x01}, bytes_at(info.data(), 128)));
@@ -159,7 +140,7 @@ TEST_F(lldp, of_300_bytes_goes_in_three_chunks_without_its_last_two)
 TEST_F(lldp, of_any_other_length_goes_as_one_stream)
 {
     for (const size_t length : {131, 257, 258, 259, 386, 387, 65535}) {
-        const bytes info = info_of(length);
+        const bytes info = counting(length);
         expects_stream(info);
         EXPECT_EQ(set(info), 0) << length;
     }
@@ -167,7 +148,7 @@ TEST_F(lldp, of_any_other_length_goes_as_one_stream)
 
 TEST_F(lldp_in_three_chunks, forgets_a_failure_once_the_last_was_clean)
 {
-    const bytes info = info_of(300);
+    const bytes info = counting(300);
     const bytes first = joined({0x2C, 0x01}, bytes_at(info.data(), 128));
     expects_chunk(0, first).answers({0xC1});
     expects_chunk(130, bytes_at(info.data() + 128, 128)).answers({0xC2});
@@ -178,7 +159,7 @@ TEST_F(lldp_in_three_chunks, forgets_a_failure_once_the_last_was_clean)
 
 TEST_F(lldp_in_three_chunks, goes_on_after_the_service_failed)
 {
-    const bytes info = info_of(300);
+    const bytes info = counting(300);
     platform.fails_to_attach(0x5001);
     expects_chunk(130, bytes_at(info.data() + 128, 128)).answers({0xC1}).fails_to_receive(0x5002);
     expects_chunk(258, bytes_at(info.data() + 256, 42));
@@ -188,7 +169,7 @@ TEST_F(lldp_in_three_chunks, goes_on_after_the_service_failed)
 
 TEST_F(lldp_in_three_chunks, returns_the_result_of_the_last)
 {
-    const bytes info = info_of(300);
+    const bytes info = counting(300);
     const bytes first = joined({0x2C, 0x01}, bytes_at(info.data(), 128));
     for (const bool refuses : {true, false}) {
         expects_chunk(0, first).answers({0xC2});

@@ -79,11 +79,6 @@ inline oem_row oem_query(std::string name, std::function<outcome(const blade_loc
     return row;
 }
 
-inline bytes characters(const std::string &text)
-{
-    return bytes(text.begin(), text.end());
-}
-
 inline bytes zero_filled(bytes data, size_t size)
 {
     data.resize(size);
