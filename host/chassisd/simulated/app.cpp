@@ -25,16 +25,22 @@ bytes self_test_results()
     return success(0x55, 0x00); // all tests passed
 }
 
-// A time-based GUID, least significant byte first, whose node part is a locally administered
-// address made of the blade's place.
+// A time-based GUID, least significant byte first, whose node part is the controller's address.
 bytes device_guid(const environment &env)
 {
-    return success(env.sub_slot, env.slot, 0x4B, 0x55, 0x52, 0x02,  // node
+    bytes node = mac_address(env, 0);
+    std::reverse(node.begin(), node.end());
+    return success(node,                                            //
                    0x00, 0x80,                                      // clock sequence and variant
                    0xED, 0x11, 0x3A, 0x7C, 0x10, 0x5E, 0x24, 0x91); // version 1 and time
 }
 
 } // namespace
+
+bytes mac_address(const environment &env, uint8_t interface)
+{
+    return record_of(0x02, 0x52, 0x55, 0x4B, env.slot, interface << 4 | env.sub_slot);
+}
 
 command_table app_commands(const environment &env)
 {

@@ -17,6 +17,10 @@ constexpr uint8_t device_support = 0x0F;
 // The enterprise number that is set aside for examples.
 constexpr uint32_t manufacturer_id = 32473;
 
+// Locally administered, made of the blade's place. Interface 0 is the controller's own; the blade's
+// system has the others, up to 15.
+bytes mac_address(const environment &env, uint8_t interface);
+
 command_table app_commands(const environment &env);
 
 } // namespace chassisd::simulated

@@ -5,11 +5,21 @@
 #include <stdexcept>
 #include <utility>
 
+#include "chassisd/simulated/alerts.h"
 #include "chassisd/simulated/app.h"
+#include "chassisd/simulated/boot_options.h"
+#include "chassisd/simulated/budget.h"
+#include "chassisd/simulated/consumption.h"
+#include "chassisd/simulated/defaults.h"
+#include "chassisd/simulated/extended.h"
+#include "chassisd/simulated/features.h"
 #include "chassisd/simulated/file_transfer.h"
 #include "chassisd/simulated/fru.h"
 #include "chassisd/simulated/hardware.h"
+#include "chassisd/simulated/identify.h"
 #include "chassisd/simulated/imc_event.h"
+#include "chassisd/simulated/information.h"
+#include "chassisd/simulated/lan.h"
 #include "chassisd/simulated/lldp.h"
 #include "chassisd/simulated/power.h"
 #include "chassisd/simulated/sdr.h"
@@ -17,6 +27,10 @@
 #include "chassisd/simulated/sensors.h"
 #include "chassisd/simulated/settings.h"
 #include "chassisd/simulated/sled_switch.h"
+#include "chassisd/simulated/staging.h"
+#include "chassisd/simulated/status.h"
+#include "chassisd/simulated/system_info.h"
+#include "chassisd/simulated/users.h"
 
 namespace chassisd
 {
@@ -26,23 +40,50 @@ using namespace simulated;
 namespace
 {
 
-// Every family of commands that the controller knows.
-std::vector<command_table> all_families(environment env)
+struct controller_parts {
+    std::vector<command_table> families; // every one that the controller knows
+    std::shared_ptr<power_switch> power; // which changes by itself, too
+    std::shared_ptr<power_meter> meter;  // which looks on
+};
+
+controller_parts all_parts(environment env)
 {
     const std::shared_ptr<imc_event> last_event = make_imc_event();
-    env.alert = kept_by(last_event, std::move(env.alert));
+    const std::shared_ptr<alert_history> alerts = make_alert_history();
+    env.alert = kept_by(alerts, kept_by(last_event, std::move(env.alert)));
     const std::shared_ptr<event_log> log = make_event_log(env);
     const auto power = std::make_shared<power_state>();
-    return {
+    const std::shared_ptr<power_switch> controlled = make_power_switch(env, power, log);
+    const auto identify = std::make_shared<identify_state>();
+    const std::shared_ptr<sensor_set> sensors = make_sensors(env, log, power);
+    const auto budget = std::make_shared<budget_state>();
+    const std::shared_ptr<power_meter> meter = make_power_meter(env, sensors);
+    const std::shared_ptr<boot_options> boot = make_boot_options(power);
+    const auto lan = std::make_shared<standard_parameters>(default_lan(env));
+    const std::shared_ptr<user_list> users = make_users();
+    const std::vector<command_table> families = {
         app_commands(env),
-        power_commands(env, power, log),
-        sensor_commands(env, log, power),
+        power_commands(env, controlled, identify),
+        identify_commands(env, identify),
+        boot_options_commands(boot),
+        lan_commands(lan),
+        user_commands(users),
+        defaults_commands(boot, lan, users),
+        sensor_commands(sensors),
+        budget_commands(budget, sensors, power),
+        consumption_commands(meter, budget, power),
         sel_commands(log),
         sdr_commands(env),
         fru_commands(env),
         hardware_commands(env, power),
         settings_commands(),
-        sled_switch_commands(),
+        information_commands(mac_map_handler()),
+        alert_commands(env, alerts, log, power),
+        status_commands(env, power),
+        staging_commands(),
+        extended_commands(),
+        feature_commands(env, lan, budget, power),
+        system_info_commands(env),
         parameter_commands({
             hardware_parameters(),
             settings_parameters(),
@@ -52,22 +93,51 @@ std::vector<command_table> all_families(environment env)
             imc_event_parameters(last_event),
         }),
     };
+    return {families, controlled, meter};
 }
 
 class controller final : public blade
 {
   public:
-    explicit controller(const environment &env)
+    explicit controller(const environment &env) : controller(env.now, all_parts(env)) {}
+
+    answer execute(const request &request) override
     {
-        for (const command_table &family : all_families(env))
+        catch_up_with_time();
+        answer given{0, dispatch(request)};
+        sample(*meter_);
+        return given;
+    }
+
+    void idle() override { catch_up_with_time(); }
+
+    std::chrono::milliseconds idle_period() const override
+    {
+        using namespace std::chrono;
+        const std::optional<time_point> next = next_change(*power_);
+        if (!next)
+            return {};
+        return std::max(milliseconds(1), ceil<milliseconds>(*next - now_()));
+    }
+
+  private:
+    controller(time_source now, controller_parts parts)
+        : now_(std::move(now)),
+          power_(std::move(parts.power)),
+          meter_(std::move(parts.meter))
+    {
+        for (const command_table &family : parts.families)
             for (const command &row : family)
                 if (!commands_.emplace(std::pair(row.netfn, row.number), row).second)
                     throw std::logic_error("two families of the simulated blade answer a command");
     }
 
-    answer execute(const request &request) override { return {0, dispatch(request)}; }
+    void catch_up_with_time()
+    {
+        catch_up(*power_);
+        sample(*meter_);
+    }
 
-  private:
     bytes dispatch(const request &request) const
     {
         const auto found = commands_.find({request.netfn, request.command});
@@ -85,6 +155,9 @@ class controller final : public blade
         }
     }
 
+    const time_source now_;
+    const std::shared_ptr<power_switch> power_;
+    const std::shared_ptr<power_meter> meter_;
     std::map<std::pair<uint8_t, uint8_t>, command> commands_; // by network function and number
 };
 

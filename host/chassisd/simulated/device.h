@@ -49,6 +49,8 @@ enum network_function : uint8_t {
     netfn_sensor = 0x04,
     netfn_app = 0x06,
     netfn_storage = 0x0A,
+    netfn_transport = 0x0C,
+    netfn_group = 0x2E,  // of groups of commands that tell whose they are
     netfn_manager = 0x30 // of the chassis manager's own commands
 };
 
@@ -56,6 +58,11 @@ enum completion_code : uint8_t {
     completed = 0x00,
     record_type_not_supported = 0x80, // of Add SEL Entry
     erase_in_progress = 0x81,         // of the SEL's commands
+    parameter_unsupported = 0x80,     // of IPMI's parameters
+    already_in_progress = 0x81,       // of the same
+    parameter_read_only = 0x82,       // of the same
+    wrong_password = 0x80,            // of Set User Password's test
+    wrong_password_size = 0x81,       // of the same
     not_settable = 0x80,              // of Set Sensor Reading And Event Status
     event_data_not_settable = 0x81,   // of the same
     invalid_command = 0xC1,
@@ -68,6 +75,7 @@ enum completion_code : uint8_t {
     cannot_return_that_many = 0xCA,
     not_present = 0xCB,
     invalid_field = 0xCC,
+    insufficient_privilege = 0xD4,
     not_in_this_state = 0xD5
 };
 

@@ -55,30 +55,50 @@ class cpld
         return success(accessed, 0x00, 0x00);
     }
 
+    // Its revision, and four bytes that mean nothing.
+    bytes version() const { return success(registers_[0], bytes(4)); }
+
   private:
     std::array<uint8_t, 256> registers_ = {0x12}; // the first is the CPLD's revision
 };
 
-// The codes of the boot run from 1 on; 0xAA: it is over; 0: there is no power.
-uint8_t post_code(const environment &env, const power_state &power)
-{
-    constexpr std::chrono::milliseconds pace{10};
-    if (!power.on)
-        return 0x00;
-    const auto booting_for = env.now() - power.booted;
-    if (booting_for >= boot_duration)
-        return 0xAA;
-    return static_cast<uint8_t>(1 + booting_for / pace);
-}
+constexpr uint8_t boot_is_over = 0xAA;
+constexpr std::chrono::milliseconds post_pace{10};
 
 // The request's four bytes choose nothing: the code is the one that there is. Twelve bytes that it
 // does not use come behind it.
-bytes tell_post_code(const environment &env, const power_state &power)
+bytes tell_post_code(time_point now, const power_state &power)
 {
-    return success(le32{post_code(env, power)}, bytes(12));
+    return success(le32{post_code(now, power)}, bytes(12));
+}
+
+// How many codes there were since power-on, and these in their order, zeros behind them.
+bytes tell_post_codes(time_point now, const power_state &power)
+{
+    constexpr size_t room = 129;
+    constexpr uint8_t all_but_the_last = boot_duration / post_pace;
+    const uint8_t last = post_code(now, power);
+    bytes codes;
+    for (uint8_t code = 1; code <= std::min(last, all_but_the_last); ++code)
+        codes.push_back(code);
+    if (last == boot_is_over)
+        codes.push_back(last);
+    const auto count = static_cast<int>(codes.size());
+    codes.resize(room);
+    return success(count, codes);
 }
 
 } // namespace
+
+uint8_t post_code(time_point now, const power_state &power)
+{
+    if (!power.on)
+        return 0x00;
+    const auto booting_for = now - power.booted;
+    if (booting_for >= boot_duration)
+        return boot_is_over;
+    return static_cast<uint8_t>(1 + booting_for / post_pace);
+}
 
 parameter_table hardware_parameters()
 {
@@ -93,8 +113,11 @@ command_table hardware_commands(const environment &env, std::shared_ptr<const po
     const auto logic = std::make_shared<cpld>();
     return {
         {netfn_manager, 0xBC, 10, on(logic, &cpld::access)},
+        {netfn_manager, 0x33, 0, on(logic, &cpld::version)},
         {netfn_manager, 0xD4, 4,
-         [env, power = std::move(power)](const bytes &) { return tell_post_code(env, *power); }},
+         [now = env.now, power](const bytes &) { return tell_post_code(now(), *power); }},
+        {netfn_manager, 0x99, 0,
+         [now = env.now, power](const bytes &) { return tell_post_codes(now(), *power); }},
     };
 }
 

@@ -14,9 +14,6 @@ namespace
 // Bytes of a value's own length.
 constexpr size_t length_size = 2;
 
-// What a length can count.
-constexpr size_t longest_value = 0xFFFF;
-
 // Chassis managers take answers of up to 483 bytes.
 constexpr size_t longest_part = 483 - parameter_head;
 
@@ -47,7 +44,7 @@ class parameter_set
     bytes write(const std::optional<parameter_writer> &writer, const parameter_request &asked)
     {
         refuse_if(!writer, invalid_field);
-        bytes value = with_part(written_[asked.parameter], asked);
+        bytes value = with_part(written_[asked.parameter], asked.offset, asked.rest);
         refuse_if(value.size() < length_size, wrong_request_length);
         const size_t length = ruk::load_le16(value.data());
         refuse_if(length < length_size || !writer->fields.include(length - length_size) ||
@@ -96,14 +93,14 @@ void check_head(const parameter_request &asked)
               wrong_request_length);
 }
 
-bytes with_part(bytes value, const parameter_request &asked)
+bytes with_part(bytes value, size_t offset, const bytes &part, size_t longest)
 {
-    if (asked.offset == 0)
+    if (offset == 0)
         value.clear();
-    const size_t end = asked.offset + asked.rest.size();
-    refuse_if(asked.offset > value.size() || end > longest_value, out_of_range);
+    const size_t end = offset + part.size();
+    refuse_if(offset > value.size() || end > longest, out_of_range);
     value.resize(std::max(value.size(), end));
-    std::copy(asked.rest.begin(), asked.rest.end(), value.begin() + asked.offset);
+    std::copy(part.begin(), part.end(), value.begin() + static_cast<std::ptrdiff_t>(offset));
     return value;
 }
 

@@ -32,10 +32,13 @@ struct parameter_request {
 // Lets a head pass that writes or reads, and no write that carries more or less than it says.
 void check_head(const parameter_request &asked);
 
-// A value with the part that a write carries. At offset 0 it begins anew; any other part lies over
-// or behind what is there already, and one that would leave a hole, or end beyond what a length can
-// count, is refused.
-bytes with_part(bytes value, const parameter_request &asked);
+// What a 16-bit length can count.
+constexpr size_t longest_value = 0xFFFF;
+
+// A value with a part of it that a write carries. At offset 0 it begins anew; any other part lies
+// over or behind what is there already, and one that would leave a hole, or make the value longer
+// than it may be, is refused.
+bytes with_part(bytes value, size_t offset, const bytes &part, size_t longest = longest_value);
 
 struct parameter_writer {
     lengths fields;

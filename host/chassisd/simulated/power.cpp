@@ -1,5 +1,7 @@
 #include "chassisd/simulated/power.h"
 
+#include <utility>
+
 #include "chassisd/simulated/system_event.h"
 
 namespace chassisd::simulated
@@ -16,6 +18,8 @@ enum button : uint8_t { power_button = 0x01, reset_button = 0x02, all_buttons = 
 
 constexpr uint8_t by_hard_reset = 0x01; // why the system booted
 
+} // namespace
+
 class power_switch
 {
   public:
@@ -27,14 +31,16 @@ class power_switch
     {
     }
 
-    bytes status() const
+    bytes status(identification identified) const
     {
         constexpr uint8_t always_powers_up = 0x40;
+        constexpr uint8_t tells_identification = 0x40;
         constexpr uint8_t panel_is_locked = 0x02; // as IPMI has it: both of these buttons are
         constexpr uint8_t lock_out = power_button | reset_button;
         return success(always_powers_up | (power_->on ? 0x01 : 0x00),
                        power_->by_command ? 0x10 : 0x00, // last power event
-                       (locked_ & lock_out) == lock_out ? panel_is_locked : 0x00,
+                       tells_identification | identified << 4 |
+                           ((locked_ & lock_out) == lock_out ? panel_is_locked : 0x00),
                        all_buttons << 4 | locked_); // which can be locked, which are
     }
 
@@ -46,35 +52,59 @@ class power_switch
     }
 
     // Bringing about what is so already is no event. What has no effect without power is refused.
+    // What is done at once takes the place of what was still to come.
     bytes control(const bytes &request)
     {
         enum action : uint8_t { down, up, cycle, hard_reset, diagnostic_interrupt, soft_shutdown };
         switch (request[0]) {
         case down:
+            due_.reset();
             turn_off();
             break;
         case up:
-            turn_on();
+            if (!power_->on) {
+                due_.reset();
+                turn_on(now_());
+                tell(blade_event::powered_on, unit_event(state | gone, is_off));
+            }
             break;
         case cycle:
             refuse_if(!power_->on, not_in_this_state);
-            boot_by_command();
+            power_->on = false;
+            due_ = now_() + off_between;
             tell(blade_event::power_cycled, unit_event(state, was_cycled));
             break;
         case hard_reset:
             refuse_if(!power_->on, not_in_this_state);
-            power_->booted = now_();
+            due_.reset();
+            boot(now_());
             tell(blade_event::reset, system_event(0x1D, system_boot, state, by_hard_reset));
             break;
         case soft_shutdown:
             refuse_if(!power_->on, not_in_this_state);
-            turn_off();
+            if (!due_)
+                due_ = now_() + shutdown_duration;
             break;
         default: // a diagnostic interrupt among them: nothing runs here that it could stop
             throw refusal{invalid_field};
         }
         return success();
     }
+
+    // Power that is on is to go off, by a shutdown, and power that is off to come back on, by a
+    // cycle.
+    void catch_up()
+    {
+        if (!due_ || now_() < *due_)
+            return;
+        const time_point when = *std::exchange(due_, std::nullopt);
+        if (power_->on)
+            turn_off();
+        else
+            turn_on(when);
+    }
+
+    std::optional<time_point> next_change() const { return due_; }
 
   private:
     static bytes unit_event(int type, power_event event)
@@ -92,31 +122,52 @@ class power_switch
         tell(blade_event::powered_off, unit_event(state, is_off));
     }
 
-    void turn_on()
+    void turn_on(time_point when)
     {
-        if (power_->on)
-            return;
-        boot_by_command();
-        tell(blade_event::powered_on, unit_event(state | gone, is_off));
+        power_->on = true;
+        power_->by_command = true;
+        ++power_->times_turned_on;
+        boot(when);
     }
 
-    void boot_by_command() { *power_ = {true, true, now_()}; }
+    void boot(time_point when)
+    {
+        power_->booted = when;
+        ++power_->boots;
+    }
 
     const time_source now_;
     const std::shared_ptr<power_state> power_;
     const std::shared_ptr<event_log> log_;
-    uint8_t locked_ = 0; // buttons
+    std::optional<time_point> due_; // when the power is to change by itself
+    uint8_t locked_ = 0;            // buttons
 };
 
-} // namespace
-
-command_table power_commands(const environment &env, std::shared_ptr<power_state> power,
-                             std::shared_ptr<event_log> log)
+std::shared_ptr<power_switch> make_power_switch(const environment &env,
+                                                std::shared_ptr<power_state> power,
+                                                std::shared_ptr<event_log> log)
 {
-    const auto controlled =
-        std::make_shared<power_switch>(env.now, std::move(power), std::move(log));
+    return std::make_shared<power_switch>(env.now, std::move(power), std::move(log));
+}
+
+void catch_up(power_switch &controlled)
+{
+    controlled.catch_up();
+}
+
+std::optional<time_point> next_change(const power_switch &controlled)
+{
+    return controlled.next_change();
+}
+
+command_table power_commands(const environment &env, std::shared_ptr<power_switch> controlled,
+                             std::shared_ptr<const identify_state> identify)
+{
     return {
-        {netfn_chassis, 0x01, 0, on(controlled, &power_switch::status)},
+        {netfn_chassis, 0x01, 0,
+         [now = env.now, controlled, identify](const bytes &) {
+             return controlled->status(identification_at(now(), *identify));
+         }},
         {netfn_chassis, 0x02, 1, on(controlled, &power_switch::control)},
         {netfn_chassis, 0x0A, 1, on(controlled, &power_switch::lock_buttons)},
     };

@@ -59,6 +59,8 @@ blade_event event_of_threshold(unsigned index, bool restored)
     return restored ? back[index % 3] : crossed[index % 3];
 }
 
+} // namespace
+
 class sensor_set
 {
   public:
@@ -81,14 +83,22 @@ class sensor_set
     bytes get_reading(const bytes &request) const
     {
         if (const threshold_sensor *sensor = find(threshold_sensors(), request[0])) {
-            const auto fixed = readings_.find(sensor->number);
-            const uint8_t value =
-                fixed == readings_.end() ? present_value(*sensor, env_) : fixed->second.value;
+            const uint8_t value = value_of(*sensor);
             return success(value, sensor_works, 0xC0 | reached_thresholds(*sensor, value));
         }
         const discrete_sensor *sensor = find(discrete_sensors(), request[0]);
         refuse_if(!sensor, not_present);
         return success(0x00, sensor_works, le16(0x8000 | states_of(*sensor)));
+    }
+
+    // As it was set, or as it comes. The controller itself draws little.
+    uint8_t value_of(const threshold_sensor &sensor) const
+    {
+        constexpr uint8_t standby = 12;
+        const auto fixed = readings_.find(sensor.number);
+        if (fixed != readings_.end())
+            return fixed->second.value;
+        return sensor.number == input_power && !power_->on ? standby : present_value(sensor, env_);
     }
 
     // Readings of quantities can be set. Events and their data are the controller's own: they
@@ -155,8 +165,6 @@ class sensor_set
     std::map<sensor_number, fixed_reading> readings_;
 };
 
-} // namespace
-
 uint8_t threshold_sensor::threshold_mask() const
 {
     uint8_t mask = 0;
@@ -216,10 +224,19 @@ const std::vector<discrete_sensor> &discrete_sensors()
     return sensors;
 }
 
-command_table sensor_commands(const environment &env, std::shared_ptr<event_log> log,
-                              std::shared_ptr<const power_state> power)
+std::shared_ptr<sensor_set> make_sensors(const environment &env, std::shared_ptr<event_log> log,
+                                         std::shared_ptr<const power_state> power)
 {
-    const auto sensors = std::make_shared<sensor_set>(env, std::move(log), std::move(power));
+    return std::make_shared<sensor_set>(env, std::move(log), std::move(power));
+}
+
+uint8_t reading_of(const sensor_set &sensors, sensor_number quantity)
+{
+    return sensors.value_of(*find(threshold_sensors(), quantity));
+}
+
+command_table sensor_commands(const std::shared_ptr<sensor_set> &sensors)
+{
     return {
         {netfn_sensor, 0x27, 1, on(sensors, &sensor_set::get_thresholds)},
         {netfn_sensor, 0x2D, 1, on(sensors, &sensor_set::get_reading)},

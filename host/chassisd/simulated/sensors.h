@@ -85,8 +85,15 @@ constexpr std::array<uint8_t, 6> threshold_events = {0, 2, 4, 7, 9, 11};
 const std::vector<threshold_sensor> &threshold_sensors();
 const std::vector<discrete_sensor> &discrete_sensors();
 
-command_table sensor_commands(const environment &env, std::shared_ptr<event_log> log,
-                              std::shared_ptr<const power_state> power);
+class sensor_set;
+
+std::shared_ptr<sensor_set> make_sensors(const environment &env, std::shared_ptr<event_log> log,
+                                         std::shared_ptr<const power_state> power);
+
+// The raw value of a quantity now.
+uint8_t reading_of(const sensor_set &sensors, sensor_number quantity);
+
+command_table sensor_commands(const std::shared_ptr<sensor_set> &sensors);
 
 } // namespace chassisd::simulated
 

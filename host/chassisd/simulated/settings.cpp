@@ -106,7 +106,7 @@ class power_thermal
                       wrong_request_length);
         }
         bytes &value = values_[key_of(asked)];
-        value = with_part(value, asked);
+        value = with_part(value, asked.offset, asked.rest);
     }
 
     // To writes and reads alike: the parameter, its value's length, the offset, and the four bytes

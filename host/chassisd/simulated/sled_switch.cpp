@@ -123,15 +123,9 @@ parameter_table sled_switch_parameters(const environment &env)
     };
 }
 
-command_table sled_switch_commands()
+handler mac_map_handler()
 {
-    const auto maps = std::make_shared<mac_maps>();
-    return {
-        {netfn_manager,
-         0xCB,
-         {parameter_head + 1, parameter_head + mac_maps::map_head + 0xFF},
-         on(maps, &mac_maps::access)},
-    };
+    return on(std::make_shared<mac_maps>(), &mac_maps::access);
 }
 
 } // namespace chassisd::simulated

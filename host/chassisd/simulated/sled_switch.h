@@ -12,7 +12,8 @@ constexpr std::chrono::milliseconds configuration_duration{1000};
 
 parameter_table sled_switch_parameters(const environment &env);
 
-command_table sled_switch_commands();
+// Writes and reads maps of MAC addresses.
+handler mac_map_handler();
 
 } // namespace chassisd::simulated
 

@@ -1,5 +1,6 @@
 // LEDs, CPLD and POST code of the blade.
 
+#include "chassisd/simulated/power.h"
 #include "parameter_blade.h"
 
 namespace chassisd::simulated
@@ -31,6 +32,7 @@ class hardware_blade : public parameter_blade
 
     uint8_t cpld_register(size_t number) { return cpld(1, number).at(1); }
 
+    bytes post_codes() { return manager(0x99, {}); }
     uint32_t post_code() { return long_at(1, manager(0xD4, {0, 0, 0, 0})); }
     void power(uint8_t action) { ask(0x00, 0x02, {action}); }
 };
@@ -119,6 +121,8 @@ TEST(simulated_post_code, counts_up_for_a_second_after_power_on_reset_and_cycle)
             blade.power(down);
         blade.let_pass(1h);
         blade.power(action);
+        if (action == cycle)
+            blade.let_pass(off_between);
         EXPECT_EQ(blade.post_code(), 1u);
         blade.let_pass(500ms);
         EXPECT_EQ(blade.post_code(), 51u);
@@ -134,6 +138,30 @@ TEST(simulated_post_code, does_not_count_again_when_power_on_changes_nothing)
     hardware_blade blade;
     blade.power(up);
     EXPECT_EQ(blade.post_code(), 0xAAu);
+}
+
+TEST(simulated_post_codes, come_in_their_order_behind_their_number)
+{
+    hardware_blade blade;
+    blade.power(hard_reset);
+    EXPECT_EQ(blade.post_codes(), joined({0x00, 1, 1}, bytes(128)));
+    blade.let_pass(25ms);
+    EXPECT_EQ(blade.post_codes(), joined({0x00, 3, 1, 2, 3}, bytes(126)));
+}
+
+TEST(simulated_post_codes, are_all_there_when_the_boot_is_over)
+{
+    const bytes answer = hardware_blade().post_codes();
+    ASSERT_EQ(answer.size(), 131u);
+    EXPECT_EQ(answer[1], 101);
+    EXPECT_EQ(part(100, 4, answer), (bytes{99, 100, 0xAA, 0}));
+}
+
+TEST(simulated_post_codes, are_none_without_power)
+{
+    hardware_blade blade;
+    blade.power(down);
+    EXPECT_EQ(blade.post_codes(), joined({0x00}, bytes(130)));
 }
 
 } // namespace
