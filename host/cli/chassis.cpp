@@ -1,4 +1,4 @@
-// The chassis as a whole.
+// The chassis as a whole, and each blade as what IPMI calls a chassis.
 
 #include <chrono>
 #include <cstdio>
@@ -65,12 +65,14 @@ exit_code watch(const blades &at, const show_choice &chosen, stream &out)
 
 void add_chassis(const noun &root)
 {
-    const noun chassis = root.noun_below("chassis", "The chassis as a whole");
+    const noun chassis = root.noun_below("chassis", "The chassis as a whole, and a blade's power");
     chassis.survey_verb("show", "Show what stands in each slot, and how it is", show)
         .follow("--watch", watch, "Go on and show it anew in place, until interrupted")
         .option("--interval", "SECONDS", &show_choice::interval, parse_interval,
                 "How often, 0.1 to 3600; otherwise every second")
         .needs("--watch");
+    add_chassis_control(chassis);
+    add_boot_options(chassis);
 }
 
 } // namespace cli

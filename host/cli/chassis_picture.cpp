@@ -11,37 +11,6 @@ namespace cli
 namespace
 {
 
-// How a piece of text looks, where there are colours.
-enum class look { plain, heading, faint, good, warning, bad, blinking };
-
-const char *escape_sequence(look as)
-{
-    switch (as) {
-    case look::heading:
-        return "\033[1m";
-    case look::faint:
-        return "\033[2m";
-    case look::good:
-        return "\033[32m";
-    case look::warning:
-        return "\033[33m";
-    case look::bad:
-        return "\033[1;31m";
-    case look::blinking:
-        return "\033[5;33m";
-    case look::plain:
-        break;
-    }
-    return "";
-}
-
-std::string painted(const std::string &text, look as, const canvas &on)
-{
-    if (!on.colors || as == look::plain)
-        return text;
-    return escape_sequence(as) + text + "\033[0m";
-}
-
 struct cell {
     std::string text = "-";
     look as = look::faint;
@@ -155,7 +124,6 @@ constexpr column columns[] = {
     {"EVENTS", true, 1, events},
     {"LATEST EVENT", false, 2, latest_event},
 };
-constexpr size_t gap = 2;
 
 bool is_present(const json &blade)
 {
@@ -295,23 +263,7 @@ std::string summary(const json &seen)
     return text;
 }
 
-// What it is about on the left and, where there is room, the time on the right.
-std::string head(const std::string &about, const std::string &time, size_t width, const canvas &on)
-{
-    const size_t taken = about.size() + gap + time.size();
-    if (taken > on.width)
-        return painted(about.substr(0, on.width), look::heading, on);
-    return painted(about, look::heading, on) +
-           std::string(gap + (taken < width ? width - taken : 0), ' ') +
-           painted(time, look::faint, on);
-}
-
 } // namespace
-
-canvas own_canvas()
-{
-    return {terminal_width(), shows_colors(), shows_unicode()};
-}
 
 std::vector<std::string> chassis_picture(const json &seen, const std::string &time,
                                          const canvas &on)
@@ -320,7 +272,7 @@ std::vector<std::string> chassis_picture(const json &seen, const std::string &ti
     const std::vector<placed_column> placed = layout(rows, on);
     const size_t width = std::min(total_width(placed), on.width);
 
-    std::vector<std::string> lines = {head(summary(seen), time, width, on)};
+    std::vector<std::string> lines = {headline(summary(seen), time, width, on)};
     std::string titles;
     for (const placed_column &each : placed)
         titles += (titles.empty() ? "" : std::string(gap, ' ')) + aligned(each.what->title, each);

@@ -5,20 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "cli/canvas.h"
 #include "cli/report.h"
 
 namespace cli
 {
-
-// What the picture may be made of.
-struct canvas {
-    size_t width;
-    bool colors;
-    bool unicode;
-};
-
-// The canvas that standard output is.
-canvas own_canvas();
 
 // Draws what a survey has seen. `time` stands in the first line.
 std::vector<std::string> chassis_picture(const json &seen, const std::string &time,

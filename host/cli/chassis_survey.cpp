@@ -3,6 +3,7 @@
 #include <cstring>
 #include <optional>
 
+#include "cli/chassis_status.h"
 #include "cli/event_sets.h"
 #include "cli/fru_device.h"
 #include "cli/fru_image.h"
@@ -19,31 +20,11 @@ namespace cli
 namespace
 {
 
-const request_name get_chassis_status = {0x0001, "Get Chassis Status"};
 const request_name get_sel_info = {0x0A40, "Get SEL Info"};
 const request_name get_post_code = {0x30D4, "Get POST Code"};
 const request_name get_parameter = {0x30D0, "Get OEM Parameter"};
 
 const json unknown = {{"name", nullptr}, {"serial_number", nullptr}};
-
-// What a blade answers to one question; a controller need not know all of them.
-template <typename Question>
-json unless_refused(Question question, const json &otherwise = nullptr)
-{
-    try {
-        return question();
-    } catch (const failure &why) {
-        if (why.kind != exit_refused && why.kind != exit_unsupported)
-            throw;
-        return otherwise;
-    }
-}
-
-json power(const blade &at)
-{
-    constexpr uint8_t power_is_on = 0x01;
-    return (exchange(get_chassis_status, at, {}, 3)[0] & power_is_on) != 0 ? "on" : "off";
-}
 
 // What the blade says it is, in its first FRU device.
 json identity(const blade &at)
@@ -107,15 +88,15 @@ json log_filling(const blade &at)
 json blade_fields(const blade &at, const json &known)
 {
     // Comes first: where there is no blade, one question is enough.
-    const json power_state = unless_refused([&] { return power(at); });
+    const json power = unless_refused([&]() -> json { return power_state(at); }, nullptr);
     json fields = known;
     if (known["name"].is_null())
         fields.update(unless_refused([&] { return identity(at); }, unknown));
-    fields["power"] = power_state;
-    fields["post_code"] = unless_refused([&] { return post_code(at); });
-    fields["blinking_leds"] = unless_refused([&] { return blinking_leds(at); });
-    fields["lcd"] = unless_refused([&] { return lcd(at); });
-    fields["sel"] = unless_refused([&] { return log_filling(at); });
+    fields["power"] = power;
+    fields["post_code"] = unless_refused([&] { return post_code(at); }, nullptr);
+    fields["blinking_leds"] = unless_refused([&] { return blinking_leds(at); }, nullptr);
+    fields["lcd"] = unless_refused([&] { return lcd(at); }, nullptr);
+    fields["sel"] = unless_refused([&] { return log_filling(at); }, nullptr);
     return fields;
 }
 
@@ -177,7 +158,7 @@ chassis_survey::chassis_survey(const std::vector<blade_location> &chosen)
                 slots_[at].places.push_back({static_cast<uint8_t>(at + 1), sub_slot, {}});
     }
     for (const blade_location &location : chosen)
-        slots_.push_back({{location}, {}, {}});
+        slots_.push_back({{location}, {}});
     for (slot &each : slots_)
         for (const blade_location &place : each.places)
             each.seen.push_back({where(place, "asked")});
@@ -214,20 +195,17 @@ chassis_survey::look_at(const std::vector<blade_location> &places, const std::ve
 
 void chassis_survey::look(std::chrono::milliseconds limit)
 {
-    const auto deadline = std::chrono::steady_clock::now() + limit;
-    for (slot &each : slots_)
-        if (!each.look.valid())
-            each.look = std::async(std::launch::async, look_at, each.places, each.seen);
     std::optional<failure> unserved;
-    for (slot &each : slots_) {
-        if (each.look.wait_until(deadline) != std::future_status::ready)
-            continue;
+    const auto look_there = [this](size_t at) {
+        return look_at(slots_[at].places, slots_[at].seen);
+    };
+    looks_.ask(slots_.size(), look_there, limit, [&](size_t at, auto &sights) {
         try {
-            each.seen = each.look.get();
+            slots_[at].seen = sights.get();
         } catch (const failure &why) {
             unserved = why;
         }
-    }
+    });
     if (unserved)
         throw *unserved;
 }

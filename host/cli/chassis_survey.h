@@ -3,9 +3,9 @@
 #define RUK_HOST_CLI_CHASSIS_SURVEY_H
 
 #include <chrono>
-#include <future>
 #include <vector>
 
+#include "cli/parallel_questions.h"
 #include "cli/report.h"
 #include "cli/request.h"
 
@@ -43,7 +43,6 @@ class chassis_survey
     struct slot {
         std::vector<blade_location> places;
         std::vector<sight> seen; // of each place
-        std::future<std::vector<sight>> look;
     };
 
     static std::vector<sight> look_at(const std::vector<blade_location> &places,
@@ -51,6 +50,7 @@ class chassis_survey
 
     bool whole_chassis_;
     std::vector<slot> slots_;
+    parallel_questions<std::vector<sight>> looks_; // they read the slots, so they go first
 };
 
 } // namespace cli

@@ -16,7 +16,6 @@
 #ifndef RUK_HOST_CLI_COMMAND_TREE_H
 #define RUK_HOST_CLI_COMMAND_TREE_H
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
 #include <string>
@@ -25,6 +24,7 @@
 #include "cli/report.h"
 #include "cli/request.h"
 #include "cli/stream.h"
+#include "cli/syntax.h"
 
 namespace cli
 {
@@ -72,8 +72,9 @@ template <typename Arguments>
 class verb
 {
   public:
-    verb(CLI::App *app, std::shared_ptr<Arguments> arguments, std::shared_ptr<command> declared)
-        : app_(app),
+    verb(const syntax &words, std::shared_ptr<Arguments> arguments,
+         std::shared_ptr<command> declared)
+        : syntax_(words),
           arguments_(std::move(arguments)),
           declared_(std::move(declared))
     {
@@ -84,8 +85,8 @@ class verb
     verb &argument(const char *name, Value Owner::*field, Value (*read)(const std::string &),
                    const char *help)
     {
-        add(name, field, read, help)->option_text(" ")->required();
-        return *this;
+        syntax_.option(name, " ", keeper(name, field, read), help);
+        return required();
     }
 
     // Any number of arguments, each read by itself.
@@ -94,16 +95,10 @@ class verb
                     Value (*read)(const std::string &), const char *help)
     {
         std::vector<Value> &into = (*arguments_).*field;
-        const auto store = [&into, name, read](const CLI::results_t &texts) {
-            for (const std::string &text : texts)
-                into.push_back(read_named(name, read, text));
-            return true;
+        const auto keep = [&into, name, read](const std::string &text) {
+            into.push_back(read_named(name, read, text));
         };
-        app_->add_option(name, store, help)
-            ->type_size(1)
-            ->allow_extra_args()
-            ->expected(0, CLI::detail::expected_max_vector_size)
-            ->option_text(" ");
+        syntax_.arguments(name, keep, help);
         return *this;
     }
 
@@ -112,7 +107,7 @@ class verb
     verb &option(const char *name, const char *metavar, Value Owner::*field,
                  Value (*read)(const std::string &), const char *help)
     {
-        last_option_ = add(name, field, read, help)->option_text(metavar);
+        syntax_.option(name, metavar, keeper(name, field, read), help);
         return *this;
     }
 
@@ -127,21 +122,21 @@ class verb
     // The option declared last must be there.
     verb &required()
     {
-        last_option_->required();
+        syntax_.required();
         return *this;
     }
 
     // The option declared last makes sense only with this other one.
     verb &needs(const char *other)
     {
-        last_option_->needs(app_->get_option(other));
+        syntax_.needs(other);
         return *this;
     }
 
     // The option declared last makes no sense with this other one.
     verb &excludes(const char *other)
     {
-        last_option_->excludes(app_->get_option(other));
+        syntax_.excludes(other);
         return *this;
     }
 
@@ -151,14 +146,16 @@ class verb
         const auto make_it = [declared = declared_, run = follow_function(handler, arguments_)] {
             declared->follow = run;
         };
-        app_->add_flag_callback(name, make_it, help);
+        syntax_.flag(name, make_it, help);
         return *this;
     }
 
     template <typename Owner>
     verb &flag(const char *name, bool Owner::*field, const char *help)
     {
-        app_->add_flag(name, (*arguments_).*field, help);
+        bool &into = (*arguments_).*field;
+        syntax_.flag(
+            name, [&into] { into = true; }, help);
         return *this;
     }
 
@@ -176,19 +173,14 @@ class verb
 
   private:
     template <typename Value, typename Owner>
-    CLI::Option *add(const char *name, Value Owner::*field, Value (*read)(const std::string &),
-                     const char *help)
+    syntax::reader keeper(const char *name, Value Owner::*field, Value (*read)(const std::string &))
     {
         Value &into = (*arguments_).*field;
-        const auto store = [&into, name, read](const CLI::results_t &texts) {
-            into = read_named(name, read, texts.back());
-            return true;
-        };
-        return app_->add_option(name, store, help);
+        return
+            [&into, name, read](const std::string &text) { into = read_named(name, read, text); };
     }
 
-    CLI::App *app_;
-    CLI::Option *last_option_ = nullptr;
+    syntax syntax_;
     std::shared_ptr<Arguments> arguments_;
     std::shared_ptr<command> declared_;
 };
@@ -197,15 +189,18 @@ class noun
 {
   public:
     // `chosen` receives the command that is found on the command line.
-    noun(CLI::App *app, std::string path, std::shared_ptr<command> chosen)
-        : app_(app),
+    noun(const syntax &words, std::string path, std::shared_ptr<command> chosen)
+        : syntax_(words),
           path_(std::move(path)),
           chosen_(std::move(chosen))
     {
     }
 
     // A noun below this one.
-    cli::noun noun_below(const char *name, const char *help) const;
+    noun noun_below(const char *name, const char *help) const
+    {
+        return {syntax_.noun(name, help), full_name(name), chosen_};
+    }
 
     template <typename Arguments>
     cli::verb<Arguments> verb(const char *name, const char *help,
@@ -266,26 +261,28 @@ class noun
                                  std::shared_ptr<Arguments> arguments, command described) const
     {
         auto declared = std::make_shared<command>(std::move(described));
-        CLI::App *app = add_subcommand(name, help);
-        app->final_callback([chosen = chosen_, declared] { *chosen = *declared; });
-        return {app, std::move(arguments), declared};
+        const auto found = [chosen = chosen_, declared] { *chosen = *declared; };
+        return {syntax_.verb(name, help, found), std::move(arguments), declared};
     }
 
-    CLI::App *add_subcommand(const char *name, const char *help) const;
-
-    CLI::App *app_;
+    syntax syntax_;
     std::string path_;
     std::shared_ptr<command> chosen_;
 };
 
 // The nouns, one file each.
 void add_autothrottle(const noun &root);
+void add_blade(const noun &root);
 void add_chassis(const noun &root);
+void add_controller(const noun &root);
 void add_cpld(const noun &root);
 void add_events(const noun &root);
+void add_ext(const noun &root);
 void add_file(const noun &root);
 void add_fru(const noun &root);
+void add_functions(const noun &root);
 void add_imc_event(const noun &root);
+void add_lan(const noun &root);
 void add_lcd(const noun &root);
 void add_led(const noun &root);
 void add_link_tuning(const noun &root);
@@ -293,14 +290,23 @@ void add_lldp(const noun &root);
 void add_location(const noun &root);
 void add_notify(const noun &root);
 void add_post_code(const noun &root);
+void add_power(const noun &root);
 void add_power_button(const noun &root);
 void add_power_thermal(const noun &root);
 void add_raw(const noun &root);
 void add_sdr(const noun &root);
 void add_sel(const noun &root);
 void add_sled(const noun &root);
+void add_sysinfo(const noun &root);
 void add_timeouts(const noun &root);
+void add_user(const noun &root);
 void add_version(const noun &root);
+
+// Commands of a noun that have a file of their own.
+void add_boot_options(const noun &chassis);
+void add_chassis_control(const noun &chassis);
+void add_pass_through(const noun &blade);
+void add_power_watch(const noun &power);
 
 } // namespace cli
 

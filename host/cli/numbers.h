@@ -23,6 +23,13 @@ Number number(const std::string &text)
         parse_number(text, std::numeric_limits<Number>::min(), std::numeric_limits<Number>::max()));
 }
 
+// A number in narrower bounds than its type's.
+template <typename Number, int64_t least, int64_t most>
+Number number_from_to(const std::string &text)
+{
+    return static_cast<Number>(parse_number(text, least, most));
+}
+
 // 0x and the type's own count of digits: 0x0A, 0x0001.
 std::string hex(uint8_t value);
 std::string hex(uint16_t value);

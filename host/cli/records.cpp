@@ -1,5 +1,6 @@
 #include "cli/records.h"
 
+#include "cli/names.h"
 #include "cli/output.h"
 #include "cli/targets.h"
 
@@ -46,13 +47,7 @@ std::string version_text(uint8_t bcd)
 
 json repository_operations(uint8_t support)
 {
-    static constexpr const char *names[] = {"get allocation info", "reserve", "partial add",
-                                            "delete"};
-    json supported = json::array();
-    for (int bit = 0; bit < 4; ++bit)
-        if ((support & 1 << bit) != 0)
-            supported.push_back(names[bit]);
-    return supported;
+    return names_of_bits(support, {"get allocation info", "reserve", "partial add", "delete"});
 }
 
 } // namespace cli

@@ -52,6 +52,34 @@ inline bool may_be_cut_short(const bytes &answer)
     return answer.empty() || answer.back() == 0;
 }
 
+// Asks for bytes that only the blade can explain, by a function of the library whose last argument
+// is room for `size` of them, the completion code first. Returns those behind it that came; `bare`
+// is the payload of the second look.
+template <size_t size, typename Function, typename... Arguments>
+bytes ask_bytes(const request_name &request, const blade &at, const bytes &bare, Function function,
+                Arguments... arguments)
+{
+    uint8_t answer[size] = {};
+    call(request, at, function, arguments..., answer);
+    bytes found(answer + 1, std::end(answer));
+    if (may_be_cut_short(found))
+        found.resize(std::min(found.size(), exchange(request, at, bare).size()));
+    return found;
+}
+
+// What a blade answers to one question; a controller need not know all of them.
+template <typename Question>
+auto unless_refused(Question question, decltype(question()) otherwise)
+{
+    try {
+        return question();
+    } catch (const failure &why) {
+        if (why.kind != exit_refused && why.kind != exit_unsupported)
+            throw;
+        return otherwise;
+    }
+}
+
 // Asks a blade for a parameter of two bytes. `bare` is the same request, for the second look.
 struct byte_pair {
     uint8_t a = 0;

@@ -1,5 +1,6 @@
 #include "cli/run.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdlib>
 #include <string_view>
 
@@ -221,17 +222,24 @@ int run(int argc, char **argv)
     add_options(app, chosen);
 
     const auto typed = std::make_shared<command>();
-    const noun root(&app, "", typed);
+    const noun root(syntax(&app), "", typed);
     add_chassis(root);
+    add_blade(root);
+    add_controller(root);
     add_sel(root);
     add_sdr(root);
     add_fru(root);
     add_sled(root);
     add_led(root);
     add_lcd(root);
+    add_power(root);
     add_power_button(root);
     add_power_thermal(root);
     add_autothrottle(root);
+    add_lan(root);
+    add_user(root);
+    add_sysinfo(root);
+    add_ext(root);
     add_location(root);
     add_link_tuning(root);
     add_lldp(root);
@@ -243,6 +251,7 @@ int run(int argc, char **argv)
     add_raw(root);
     add_events(root);
     add_timeouts(root);
+    add_functions(root);
     add_version(root);
 
     const auto usage_error = [&](const std::string &what) {

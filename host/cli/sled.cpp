@@ -2,11 +2,9 @@
 
 #include <charconv>
 #include <cstring>
-#include <optional>
 
-#include "cli/command_tree.h"
+#include "cli/content.h"
 #include "cli/output.h"
-#include "cli/readers.h"
 
 namespace cli
 {
@@ -39,11 +37,6 @@ uint32_t crc(const std::string &text)
     if (start == end || stop != end || error != std::errc())
         throw usage_failure("\"" + text + "\" is not 32 bits in hexadecimal, like 0xcbf43926");
     return value;
-}
-
-uint8_t config_length(const std::string &text)
-{
-    return static_cast<uint8_t>(parse_number(text, 1, 255));
 }
 
 report set(const blade &at, const config_choice &chosen)
@@ -86,30 +79,14 @@ report links(const blade &at)
     return tell({{"link_a", hex(link.a)}, {"link_b", hex(link.b)}});
 }
 
-struct map_choice {
+struct map_choice : content_choice {
     uint8_t id = 0;
-    std::optional<bytes> file;
-    std::optional<bytes> typed;
 };
-
-std::optional<bytes> map_file(const std::string &name)
-{
-    return file_up_to<longest_map>(name);
-}
-
-std::optional<bytes> map_bytes(const std::string &text)
-{
-    return hex_up_to<longest_map>(text);
-}
 
 report set_map(const blade &at, const map_choice &chosen)
 {
-    if (!chosen.file && !chosen.typed)
-        throw usage_failure("which map? Say FILE or --hex; nothing was sent");
-    const bytes &map = chosen.file ? *chosen.file : *chosen.typed;
-    uint8_t sent[longest_map] = {}; // an empty map, too, must be somewhere
-    std::copy(map.begin(), map.end(), sent);
-    call(set_mac_map, at, ipmi_set_dynamic_mac_iom_map, chosen.id, sent,
+    const bytes map = chosen.content("map");
+    call(set_mac_map, at, ipmi_set_dynamic_mac_iom_map, chosen.id, map.data(),
          static_cast<uint32_t>(map.size()));
     return tell({{"map", chosen.id}, {"bytes", map.size()}});
 }
@@ -127,7 +104,7 @@ void add_sled(const noun &root)
         .option("--crc", "HEX", &config_choice::crc, crc,
                 "CRC of the file in hexadecimal, e.g. 0xcbf43926; must be said")
         .required()
-        .option("--length", "N", &config_choice::length, config_length,
+        .option("--length", "N", &config_choice::length, (number_from_to<uint8_t, 1, 255>),
                 "Length value of the file, 1 to 255; must be said")
         .required();
     config.verb("get", "Show the configuration and how far the blade is with it", get);
@@ -135,14 +112,10 @@ void add_sled(const noun &root)
     sled.verb("links", "Show the state of both switch links", links);
 
     const noun map = sled.noun_below("mac-map", "The map of dynamic MAC addresses to I/O modules");
-    map.verb("set", "Give the blade a map", set_map)
+    with_content<longest_map>(map.verb("set", "Give the blade a map", set_map),
+                              "The map, up to 128 bytes; - is standard input")
         .option("--id", "N", &map_choice::id, number<uint8_t>, "Which map; must be said")
-        .required()
-        .optional_argument("FILE", &map_choice::file, map_file,
-                           "The map, up to 128 bytes; - is standard input")
-        .option("--hex", "HEX", &map_choice::typed, map_bytes,
-                "The map itself, instead of a file, e.g. 01ff")
-        .excludes("FILE");
+        .required();
 }
 
 } // namespace cli

@@ -4,8 +4,6 @@ import signal
 
 import pytest
 
-from terminal import Terminal
-
 CHASSIS = """
 [chassis]
 slots = 8
@@ -28,23 +26,6 @@ def lab(tmp_path, start):
     file = tmp_path / "chassis.toml"
     file.write_text(CHASSIS)
     start("--config", str(file))
-
-
-@pytest.fixture
-def terminal(ruk_ipmi):
-    """Starts the tool on a terminal."""
-    started = []
-
-    def start_there(columns, *arguments, lines=24, **changes):
-        usual = {"NO_COLOR": "", "TERM": "xterm", "LC_ALL": "C.UTF-8"}
-        environment = {**ruk_ipmi.environment, **usual, **changes}
-        command = [ruk_ipmi.path, *map(str, arguments)]
-        started.append(Terminal(command, environment, columns, lines))
-        return started[-1]
-
-    yield start_there
-    for each in started:
-        each.close()
 
 
 def row(lines, slot):

@@ -11,6 +11,7 @@ import time
 import pytest
 
 from made_up_blade import MadeUpBlade
+from terminal import Terminal
 
 
 class Tool:
@@ -28,6 +29,7 @@ class Tool:
             input=stdin,
             capture_output=True,
             timeout=60,
+            start_new_session=True,  # whatever it asks, it does not ask who runs the tests
         )
         ended.stderr = ended.stderr.decode()
         return ended
@@ -122,8 +124,39 @@ def chassis(start):
 
 
 @pytest.fixture
+def tool(ruk_ipmi, chassis):
+    """Runs the tool for blade 1: the fields of its report."""
+
+    def run(*arguments, **more):
+        ended = ruk_ipmi("-b", "1", *arguments, "-o", "json", **more)
+        assert (ended.returncode, ended.stderr) == (0, "")
+        (fields,) = json.loads(ended.stdout)
+        assert fields.pop("blade") == "1"
+        return fields
+
+    return run
+
+
+@pytest.fixture
 def made_up_blade(environment):
     """A blade in every slot that answers as the test says."""
     blade = MadeUpBlade(environment["RUK_RUNTIME_DIR"])
     yield blade
     blade.close()
+
+
+@pytest.fixture
+def terminal(ruk_ipmi):
+    """Starts the tool on a terminal."""
+    started = []
+
+    def start_there(columns, *arguments, lines=24, **changes):
+        usual = {"NO_COLOR": "", "TERM": "xterm", "LC_ALL": "C.UTF-8"}
+        environment = {**ruk_ipmi.environment, **usual, **changes}
+        command = [ruk_ipmi.path, *map(str, arguments)]
+        started.append(Terminal(command, environment, columns, lines))
+        return started[-1]
+
+    yield start_there
+    for each in started:
+        each.close()

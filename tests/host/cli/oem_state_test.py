@@ -1,25 +1,8 @@
 """What the commands for the chassis manager's own parameters bring about in a simulated blade."""
 
-import json
-import time
-
 import pytest
 
-PATIENCE = 20  # seconds
-
-
-@pytest.fixture
-def tool(ruk_ipmi, chassis):
-    """Runs the tool for blade 1: the fields of its report."""
-
-    def run(*arguments, **more):
-        ended = ruk_ipmi("-b", "1", *arguments, "-o", "json", **more)
-        assert (ended.returncode, ended.stderr) == (0, "")
-        (fields,) = json.loads(ended.stdout)
-        assert fields.pop("blade") == "1"
-        return fields
-
-    return run
+from patience import until
 
 
 @pytest.fixture
@@ -43,15 +26,6 @@ def parameter(ask):
         return ask(f"30 d0 01 {group:02x} b001 0000" + selector)[7:]
 
     return read
-
-
-def until(happens):
-    """Waits for something, and returns what it was; fails when it does not happen."""
-    end = time.monotonic() + PATIENCE
-    while not (found := happens()):
-        assert time.monotonic() < end, "it did not happen"
-        time.sleep(0.05)
-    return found
 
 
 def configure(tool, crc):

@@ -21,7 +21,13 @@ class Terminal:
         self._master, slave = os.openpty()
         fcntl.ioctl(slave, termios.TIOCSWINSZ, struct.pack("HHHH", lines, columns, 0, 0))
         self.process = subprocess.Popen(
-            command, env=environment, stdin=slave, stdout=slave, stderr=slave
+            command,
+            env=environment,
+            stdin=slave,
+            stdout=slave,
+            stderr=slave,
+            start_new_session=True,
+            preexec_fn=lambda: fcntl.ioctl(0, termios.TIOCSCTTY, 0),
         )
         os.close(slave)
 
@@ -52,6 +58,10 @@ class Terminal:
             assert time.monotonic() < deadline, "\n".join(self.lines)
             assert self._read(0.1), "it ended with\n" + "\n".join(self.lines)
         return self.lines
+
+    def type(self, text):
+        """Types that, once the program waits for it."""
+        os.write(self._master, text.encode())
 
     def at_the_end(self):
         """What stands there when the program has ended."""

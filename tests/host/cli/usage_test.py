@@ -40,6 +40,31 @@ OEM_COMMANDS = [
     "sled config set",
     "sled mac-map set",
 ]
+BLADE_COMMANDS = [
+    "blade",
+    "blade chassis-info",
+    "blade edid",
+    "blade login-test",
+    "chassis",
+    "chassis boot-device set",
+    "chassis boot-option set",
+    "chassis identify",
+    "chassis power",
+    "controller",
+    "ext set",
+    "functions",
+    "lan",
+    "lan set",
+    "power",
+    "power response",
+    "power watch",
+    "sysinfo",
+    "sysinfo raw",
+    "sysinfo set",
+    "user",
+    "user set-access",
+    "user set-password",
+]
 HELPED = [
     [],
     ["sel"],
@@ -51,6 +76,7 @@ HELPED = [
     ["events", "post"],
     ["timeouts"],
     *(each.split() for each in OEM_COMMANDS),
+    *(each.split() for each in BLADE_COMMANDS),
 ]
 
 
