@@ -23,6 +23,7 @@ FRU_SIZE = 256
 LAN_CONFIGURATION = """\
 name "{name}"
 set_working_mc 0x20
+chassis_control "./chassis"
 startlan 1
   addr {address} {port}
   priv_limit admin
@@ -32,6 +33,16 @@ startlan 1
   guid {guid}
 endlan
 user 2 true "{username}" "{password}" admin 10 md5
+"""
+
+# What the controller runs to look at the chassis and to change it: "get power", or "set identify 5
+# 0", where the words behind the name are what it is set to. A file holds each of these.
+CHASSIS_CONTROL = """\
+#!/bin/sh
+case $1 in
+get) echo "$2:$(cat state/chassis.$2)" ;;
+set) name=$2 && shift 2 && echo "$*" >state/chassis.$name ;;
+esac
 """
 
 # Device support 0x8F: sensors, SDR repository, SEL, FRU inventory and chassis. SEL flags 0x0A:
@@ -130,6 +141,11 @@ class Controller:
                 password=PASSWORD,
             )
         )
+        control = self.directory.joinpath("chassis")
+        control.write_text(CHASSIS_CONTROL)
+        control.chmod(0o700)
+        for name, value in [("power", "1"), ("boot", "default")]:
+            self.directory.joinpath(f"state/chassis.{name}").write_text(value + "\n")
         if sdrs is None:
             sdrs = [
                 locator_sdr(name),
@@ -202,6 +218,10 @@ class Controller:
     def set_clock(self, seconds):
         """The clock that stamps events, in seconds since 1970."""
         self.raw(0x0A, 0x49, *int(seconds).to_bytes(4, "little"))
+
+    def chassis(self, name):
+        """What something of the chassis was last set to, e.g. "power" or "identify"."""
+        return self.directory.joinpath(f"state/chassis.{name}").read_text().strip()
 
     def add_sel_entry(self, record):
         """The ID that the controller gave the entry."""
