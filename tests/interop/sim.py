@@ -144,8 +144,8 @@ class Controller:
         control = self.directory.joinpath("chassis")
         control.write_text(CHASSIS_CONTROL)
         control.chmod(0o700)
-        for name, value in [("power", "1"), ("boot", "default")]:
-            self.directory.joinpath(f"state/chassis.{name}").write_text(value + "\n")
+        for thing, value in [("power", "1"), ("boot", "default")]:
+            self.directory.joinpath(f"state/chassis.{thing}").write_text(value + "\n")
         if sdrs is None:
             sdrs = [
                 locator_sdr(name),
