@@ -136,7 +136,7 @@ void add_states(const noun &blade)
     blade.verb("kvm", "Show the state of the virtual KVM", kvm);
     blade.verb("media", "Show the state of the virtual media", media);
     blade.verb("identify-led", "Show the state of the identify LED", identify_led);
-    blade.verb("post-codes", "Show the last POST codes, 130 bytes", post_codes).binary();
+    blade.verb("post-code", "Show the last POST codes, 130 bytes", post_codes).binary();
     blade.verb("staging", "Show a staging block, 256 bytes", staging)
         .argument("N", &staging_choice::which, number<uint8_t>, "Which, 0 to 255")
         .binary();

@@ -29,7 +29,7 @@ constexpr reached_function reached[] = {
     {"ipmi_location_login_access", "blade login-test"},
     {"ipmi_location_test_alert", "blade alert-test"},
     {"ipmi_location_identify_led_status", "blade identify-led"},
-    {"ipmi_location_get_last_post_code", "blade post-codes"},
+    {"ipmi_location_get_last_post_code", "blade post-code"},
     {"ipmi_location_chassis_control_command", "chassis power on"},
     {"ipmi_location_chassis_identify_command", "chassis identify"},
     {"ipmi_location_get_boot_options", "chassis boot-option get"},

@@ -69,8 +69,9 @@ int ipmi_location_get_ext_cmd_indexed(const blade_location *location, uint8_t co
             memcpy(out->data, answer + 7, count);
             remaining = out->total - count;
         } else {
-            const size_t room = sizeof out->data - std::min<size_t>(offset, sizeof out->data);
-            memcpy(out->data + sizeof out->data - room, answer + 7, std::min<size_t>(count, room));
+            if (offset < sizeof out->data)
+                memcpy(out->data + offset, answer + 7,
+                       std::min<size_t>(count, sizeof out->data - offset));
             remaining -= count;
         }
     } while (remaining > 0);

@@ -162,10 +162,11 @@ struct system_info_read : command {
     // Keeps what fits the caller's record.
     void keep(uint32_t at, uint32_t from, uint32_t count)
     {
-        const uint32_t room = sizeof out->value - std::min<uint32_t>(at, sizeof out->value);
-        const uint32_t there = sizeof response.data - from;
-        memcpy(out->value + sizeof out->value - room, response.data + from,
-               std::min({count, room, there}));
+        constexpr uint32_t room = sizeof out->value;
+        constexpr uint32_t answered = sizeof response.data;
+        if (at < room)
+            memcpy(out->value + at, response.data + from,
+                   std::min({count, room - at, answered - from}));
     }
 
     int read_text(layout kind)

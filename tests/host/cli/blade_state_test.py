@@ -73,7 +73,7 @@ def test_an_extended_parameter_is_kept_by_its_index(tool):
 
 
 def test_a_blade_has_states_to_show(tool):
-    for state in ("status", "kvm", "media", "identify-led", "post-codes"):
+    for state in ("status", "kvm", "media", "identify-led", "post-code"):
         assert all(bytes.fromhex(shown) for shown in tool("blade", state).values())
 
 

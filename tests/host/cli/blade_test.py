@@ -6,7 +6,7 @@ READS = [
     (["kvm"], 0x308D, "", "kvm", 6),
     (["media"], 0x308E, "", "media", 4),
     (["identify-led"], 0x3032, "", "identify_led", 1),
-    (["post-codes"], 0x3099, "", "data", 130),
+    (["post-code"], 0x3099, "", "data", 130),
     (["staging", "7"], 0x3093, "07", "data", 256),
     (["queue", "7", "8"], 0x3094, "0708", "data", 256),
 ]
