@@ -74,5 +74,5 @@ int ipmi_process_zat_storage_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, i
                   name, blade_num, cmd, sub_cmd, given.option(), given.data_length());
         return IPMI_ERR_INVALID_PARAM;
     }
-    return by_number(pass_through, blade_num, cmd, sub_cmd, request_len, request, out, 262);
+    return by_number(pass_through, blade_num, cmd, sub_cmd, request_len, request, out, size_t{262});
 }

@@ -1,0 +1,112 @@
+// Every command function, again and again, each time with another call of the
+// platform failing: whichever it is, the caller learns of it, and nothing stays
+// attached.
+
+#include <gtest/gtest.h>
+#include <set>
+#include <string>
+
+#include "support/driven_platform.h"
+#include "support/every_function.h"
+
+using namespace ruk_ipmi_testing;
+
+namespace
+{
+
+constexpr uint32_t failure = 0x5099;
+constexpr unsigned none = ~0u;
+
+// Each exchange makes four calls of the platform, the last of which puts back
+// what the first took.
+enum call { attach, send, receive, detach, calls_of_exchange };
+
+class failing_platform final : public platform_driver
+{
+  public:
+    explicit failing_platform(unsigned fails_at) : fails_at_(fails_at) {}
+
+    uint32_t status() override { return calls_++ == fails_at_ ? failure : 0; }
+
+    // Nine bytes, so that the answers whose length is checked are right; a length
+    // that ends every loop.
+    void answer(ipmi_response &response, uint32_t) override
+    {
+        response.data_len = 9;
+        for (uint32_t at = 1; at < response.data_len; ++at)
+            response.data[at] = 1;
+        response.data[7] = 2; // the length of an extended parameter, in two bytes
+        response.data[8] = 0;
+    }
+
+    uint32_t platform_word() override { return 1; }
+
+    unsigned calls() const { return calls_; }
+
+  private:
+    const unsigned fails_at_;
+    unsigned calls_ = 0;
+};
+
+struct ending {
+    uint32_t result;
+    unsigned calls;
+};
+
+ending run_with(uint8_t filling, const command_function &function, unsigned fails_at)
+{
+    const std::vector<uint8_t> drawn(64, filling);
+    arguments given(drawn.data(), drawn.size());
+    failing_platform platform(fails_at);
+    const uint32_t result = function.call(given);
+    platform.check_nothing_is_attached();
+    return {result, platform.calls()};
+}
+
+// With arguments that the function does not refuse: made of ones or, where it
+// does, of zeros.
+ending run(const command_function &function, unsigned fails_at)
+{
+    const bool takes_ones = run_with(1, function, none).calls != 0;
+    return run_with(takes_ones ? 1 : 0, function, fails_at);
+}
+
+class every_command : public ::testing::TestWithParam<command_function>
+{
+};
+
+std::string name_of(const ::testing::TestParamInfo<command_function> &info)
+{
+    return info.param.name;
+}
+
+} // namespace
+
+TEST_P(every_command, goes_through_with_a_platform_that_works)
+{
+    const ending whole = run(GetParam(), none);
+    EXPECT_GE(whole.calls, calls_of_exchange);
+    EXPECT_EQ(whole.calls % calls_of_exchange, 0u);
+}
+
+TEST_P(every_command, tells_its_caller_of_the_last_exchange_that_fails)
+{
+    const unsigned last = run(GetParam(), none).calls - calls_of_exchange;
+    for (const call each : {attach, send, receive})
+        EXPECT_EQ(run(GetParam(), last + each).result, failure) << each;
+}
+
+TEST_P(every_command, takes_no_notice_of_a_detach_that_fails)
+{
+    const ending whole = run(GetParam(), none);
+    for (unsigned at = detach; at < whole.calls; at += calls_of_exchange)
+        EXPECT_EQ(run(GetParam(), at).result, whole.result) << at;
+}
+
+TEST_P(every_command, comes_to_its_end_whichever_call_fails)
+{
+    for (unsigned at = 0; at < run(GetParam(), none).calls; ++at)
+        run(GetParam(), at);
+}
+
+INSTANTIATE_TEST_SUITE_P(library, every_command, ::testing::ValuesIn(command_functions()), name_of);
