@@ -1,5 +1,7 @@
 #include "ruk_ipmi/lldp.h"
 
+#include <algorithm>
+
 #include "commands/oem_parameter.h"
 
 using namespace ruk;
@@ -9,6 +11,7 @@ namespace
 
 constexpr char lldp_name[] = "ipmi_location_set_lldp_connection_info";
 constexpr int chunk_size = 128; // bytes of the information in a request
+constexpr int length_size = 2;  // bytes of a value's own length
 
 int send_part(write_parameter_part &part)
 {
@@ -32,26 +35,20 @@ int ipmi_location_set_lldp_connection_info(const blade_location *location, const
         os_log(1, 4, "%s: Invalid parameter to IPMI interface\n", lldp_name);
         return result;
     }
-    constexpr auto group = parameter_group::lldp_connection;
     int result = 0;
-    int remaining = info_len;
-    if (remaining > chunk_size) {
-        write_parameter_part first(location, group, 0, le16{info_len}, block{info, chunk_size});
-        result = send_part(first);
-        int offset = 2 + chunk_size;
-        remaining -= offset;
-        while (remaining > 0) {
-            const int count = remaining < chunk_size ? remaining : chunk_size;
+    if (info_len != 0) {
+        const bool is_whole = info_len <= chunk_size;
+        const auto length = static_cast<uint16_t>(is_whole ? length_size + info_len : info_len);
+        write_parameter_part part(
+            location, parameter_group::lldp_connection, le16{length},
+            block{info, static_cast<size_t>(std::min<int>(info_len, chunk_size))});
+        result = send_part(part);
+        for (int offset = length_size + chunk_size; offset < info_len; offset += chunk_size) {
             info += chunk_size;
-            write_parameter_part next(location, group, static_cast<uint16_t>(offset),
-                                      block{info, static_cast<size_t>(count)});
-            result = send_part(next);
-            offset += count;
-            remaining -= count;
+            const int count = std::min(info_len - offset, chunk_size);
+            part.carry(offset, block{info, static_cast<size_t>(count)});
+            result = send_part(part);
         }
-    } else if (remaining > 0) {
-        write_parameter whole(location, group, block{info, info_len});
-        result = send_part(whole);
     }
     slog_dlog("%s(): Returning with rc =%d\n", lldp_name, result);
     return result;

@@ -33,15 +33,22 @@ enum class parameter_group : uint8_t {
 // Bytes of a request before the value's.
 constexpr uint32_t parameter_header = 6;
 
-// Writes `fields` as a part of a value, from `offset` on.
+// Writes `fields` as a part of a value, from its beginning or, later, from `offset` on.
 struct write_parameter_part : command {
     template <typename... Fields>
-    write_parameter_part(const blade_location *location, parameter_group group, uint16_t offset,
-                         Fields... fields)
-        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group), le16{0}, le16{offset},
-                  fields...)
+    write_parameter_part(const blade_location *location, parameter_group group, Fields... fields)
+        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group), le16{0}, le16{0})
     {
+        carry(0, fields...);
+    }
+
+    template <typename... Fields>
+    void carry(int offset, Fields... fields)
+    {
+        request.data_len = parameter_header;
+        append_all(request, fields...);
         store_le16(request.data + 2, value_bytes());
+        store_le16(request.data + 4, static_cast<uint16_t>(offset));
     }
 
     uint16_t value_bytes() const
@@ -54,7 +61,7 @@ struct write_parameter_part : command {
 struct write_parameter : write_parameter_part {
     template <typename... Fields>
     write_parameter(const blade_location *location, parameter_group group, Fields... fields)
-        : write_parameter_part(location, group, 0, le16{0}, fields...)
+        : write_parameter_part(location, group, le16{0}, fields...)
     {
         store_le16(request.data + parameter_header, value_bytes());
     }
