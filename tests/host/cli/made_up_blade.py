@@ -23,7 +23,8 @@ class MadeUpBlade:
         self.listener = socket.socket(socket.AF_UNIX, socket.SOCK_SEQPACKET)
         self.listener.bind(directory + "/ipmi.sock")
         self.listener.listen()
-        threading.Thread(target=self._accept, daemon=True).start()
+        self.accepting = threading.Thread(target=self._accept, daemon=True)
+        self.accepting.start()
 
     def answer(self, netfn_cmd):
         """Decorates the function that answers a command: from payload to completion code and
@@ -39,6 +40,9 @@ class MadeUpBlade:
         return sum(1 for asked, _ in self.requests if asked == netfn_cmd)
 
     def close(self):
+        # First lets the thread go: it might accept for the next one whose descriptor is the same.
+        self.listener.shutdown(socket.SHUT_RDWR)
+        self.accepting.join()
         self.listener.close()
 
     def _accept(self):
