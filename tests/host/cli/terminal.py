@@ -65,10 +65,20 @@ class Terminal:
 
     def at_the_end(self):
         """What stands there when the program has ended."""
-        while self._read(self.patience):
-            pass
+        deadline = time.monotonic() + self.patience
+        while self._read(0.1):
+            assert time.monotonic() < deadline, "it goes on with\n" + "\n".join(self.lines)
         self.process.wait(timeout=self.patience)
         return self.lines
+
+    def interrupt(self):
+        """Presses the interrupt key until the program ends: one press that comes before the program
+        has begun to read is lost on it."""
+        deadline = time.monotonic() + self.patience
+        while self.process.poll() is None:
+            assert time.monotonic() < deadline, "it goes on with\n" + "\n".join(self.lines)
+            self.type("\x03")
+            time.sleep(0.05)
 
     def color(self, text):
         """The colour in which a text is drawn, where it stands first."""

@@ -112,8 +112,8 @@ def test_a_typed_password_must_fit(asking, made_up_blade, typed):
 
 def test_an_interrupt_while_asking_sends_nothing(asking, made_up_blade):
     asked = asking()
-    asked.type("secr\x03")
-    asked.at_the_end()
+    asked.type("secr")
+    asked.interrupt()
     assert asked.process.returncode != 0
     assert made_up_blade.requests == []
 
