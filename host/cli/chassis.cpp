@@ -56,8 +56,7 @@ exit_code watch(const blades &at, const show_choice &chosen, stream &out)
         } catch (const failure &why) { // the chassis is served again some day
             out.failed("", why);
         }
-        out.wait(std::max(0ms, std::chrono::duration_cast<std::chrono::milliseconds>(
-                                   next - std::chrono::steady_clock::now())));
+        out.wait_until(next);
     }
 }
 

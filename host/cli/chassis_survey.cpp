@@ -43,7 +43,7 @@ json post_code(const blade &at)
 {
     const uint8_t request[4] = {};
     uint8_t post[17];
-    check(get_post_code, static_cast<uint32_t>(ipmi_bexal_post_code(&at.location, request, post)));
+    call(get_post_code, at, ipmi_bexal_post_code, request, post);
     uint32_t code = 0;
     memcpy(&code, post + 1, sizeof code);
     return hex(code);

@@ -115,8 +115,7 @@ exit_code watch(const blades &at, const watch_choice &chosen, stream &out)
         out.picture(power_plot(recorder.histories(), "Power draw (" + label(chosen.word.name) + ")",
                                now, own_canvas()),
                     seen);
-        out.wait(std::max(0ms, std::chrono::duration_cast<std::chrono::milliseconds>(
-                                   next - std::chrono::steady_clock::now())));
+        out.wait_until(next);
     }
 }
 

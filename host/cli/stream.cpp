@@ -130,6 +130,13 @@ void stream::write_line(const std::string &text)
     write(text + "\n");
 }
 
+void stream::wait_until(std::chrono::steady_clock::time_point time) const
+{
+    using std::chrono::milliseconds;
+    const auto left = time - std::chrono::steady_clock::now();
+    wait(std::max(milliseconds(0), std::chrono::duration_cast<milliseconds>(left)));
+}
+
 void stream::write(const std::string &text)
 {
     if (fputs(text.c_str(), stdout) < 0 || fflush(stdout) != 0)

@@ -41,6 +41,9 @@ class stream
     // Waits until `fd` can be read (-1: there is none) or the time has passed.
     void wait(std::chrono::milliseconds limit, int fd = -1) const;
 
+    // Waits until that time; one that has passed is no wait.
+    void wait_until(std::chrono::steady_clock::time_point time) const;
+
   private:
     void write(const std::string &text);
     void write_line(const std::string &text);

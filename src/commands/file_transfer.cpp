@@ -9,16 +9,11 @@ namespace
 {
 
 // A path fills its field with zeros and needs one itself.
-constexpr size_t path_field = 30;
+constexpr uint32_t path_field = 30;
 
 bool fits(const char *path)
 {
     return strlen(path) + 1 <= path_field;
-}
-
-padded path_of(const char *path)
-{
-    return {path, strlen(path), path_field};
 }
 
 enum notice : uint8_t { firmware_update_status = 0x03, time_out_error = 0x04 };
@@ -57,7 +52,7 @@ int ipmi_location_set_nfs_path(const blade_location *location, uint8_t selector,
         os_log(1, 4, "ipmi_location_set_nfs_path. Returning from else\n");
         return result;
     }
-    write_parameter set(location, parameter_group::notices, selector, path_of(path));
+    write_parameter set(location, parameter_group::notices, selector, cut_to(path, path_field));
     const int result = set.exchange();
     if (set.refused())
         os_log(1, 4, "ipmi_location_set_nfs_path: rc = %d, response->comp_code =%d \n", 0,
@@ -70,7 +65,7 @@ int ipmi_location_set_lt_nfs_path(const blade_location *location, const char *pa
 {
     if (!location || !path || !fits(path))
         return invalid_param();
-    write_parameter set(location, parameter_group::link_tuning, path_of(path));
+    write_parameter set(location, parameter_group::link_tuning, cut_to(path, path_field));
     return set.exchange();
 }
 
