@@ -1,5 +1,7 @@
 // Text of a blade, in the encodings that controllers use, as printable ASCII.
 
+#include <iterator>
+
 #include "commands/wire.h"
 #include "platform/log.h"
 #include "ruk_ipmi/system_info.h"
@@ -29,13 +31,13 @@ int refuse(const char *line)
 
 int UTF8_2_PrintableASCII(const uint8_t *source, char *text, uint32_t text_size, uint32_t length)
 {
-    // What marks the lead byte of a character of so many bytes, and the bits that it adds to it.
+    // What marks the lead byte behind 1, 2, ... continuation bytes, and the bits that it adds.
     struct lead_byte {
         uint8_t marks, bits;
     };
     static constexpr lead_byte lead_bytes[] = {
-        {0, 0}, {0, 0}, {0xC0, 0x1F}, {0xE0, 0x0F}, {0xF0, 0x07}, {0xF8, 0x03}, {0xFC, 0x01}};
-    constexpr uint32_t longest_run = 5; // of continuation bytes
+        {0xC0, 0x1F}, {0xE0, 0x0F}, {0xF0, 0x07}, {0xF8, 0x03}, {0xFC, 0x01}};
+    constexpr uint32_t longest_run = std::size(lead_bytes);
     if (text_size < length)
         return refuse("%s(): Insufficient Buffer \n");
     memset(text, 0, text_size);
@@ -52,7 +54,7 @@ int UTF8_2_PrintableASCII(const uint8_t *source, char *text, uint32_t text_size,
                     character |= static_cast<uint32_t>(source[at + run] & 0x3F) << 6 * run;
             if (run == 0 || run > longest_run || at + run == length)
                 return refuse("%s () :ERROR Invalid UTF-8 Encoding \n");
-            const lead_byte lead = lead_bytes[run + 1];
+            const lead_byte lead = lead_bytes[run - 1];
             const uint8_t byte = source[at + run];
             if ((byte & lead.marks) != lead.marks)
                 return refuse("%s () :ERROR Invalid MSB Encoded UTF-8 Format\n");
@@ -74,7 +76,7 @@ int Unicode16_2_PrintableASCII(char *text, uint32_t text_size, const uint8_t *so
         return -1;
     }
     memset(text, 0, text_size);
-    for (uint32_t unit = 0; unit < units; ++unit)
+    for (size_t unit = 0; unit < units; ++unit)
         text[unit] = printable(load_le16(source + 2 * unit));
     text[text_size] = '\0';
     return 0;

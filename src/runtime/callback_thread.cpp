@@ -117,7 +117,7 @@ void drain_ring()
         }
         // A registration has meanwhile sent the position back to the start: what was just read
         // will come again from there.
-        if (!replace(lib.last_int_num, old, now))
+        if (replace(lib.last_int_num, old, now) != old)
             continue;
         if (now == old)
             return;

@@ -24,7 +24,7 @@ constexpr os_thread_id being_created = 1; // no thread's
 
 bool claims_callback_thread()
 {
-    return replace(ipmi_lib_state.thread_id, none, being_created);
+    return replace(ipmi_lib_state.thread_id, none, being_created) == none;
 }
 
 uint32_t create_callback_thread()

@@ -14,6 +14,8 @@
 
 static_assert(sizeof(ipmi_list_node) == 2 * sizeof(void *));
 static_assert(sizeof(void *) != 4 || sizeof(ipmi_list_node) == 8);
+static_assert(sizeof(ipmi_list) == (sizeof(void *) == 4 ? 88 : 96));
+static_assert(offsetof(ipmi_list, mutex) == sizeof(void *));
 
 using namespace ruk;
 
@@ -26,19 +28,6 @@ constexpr uint32_t wait_for_list = 500; // ticks
 os_mutex *mutex_of(ipmi_list *list)
 {
     return list ? &list->mutex : nullptr;
-}
-
-// The link that leads to `node`: the head, or the `next` of its predecessor. No node leads to the
-// end.
-ipmi_list_node **link_to(ipmi_list *list, const ipmi_list_node *node)
-{
-    ipmi_list_node **link = &list->head;
-    while (ipmi_list_node *at = load(*link)) {
-        if (at == node)
-            break;
-        link = &at->next;
-    }
-    return link;
 }
 
 } // namespace
@@ -76,9 +65,11 @@ int list_insert(ipmi_list *list, void *data)
         list ? static_cast<ipmi_list_node *>(malloc(sizeof(ipmi_list_node))) : nullptr;
     if (node) {
         *node = {data, nullptr};
-        // Again where another thread, without the lock as this may be, was faster.
-        while (!replace(*link_to(list, nullptr), static_cast<ipmi_list_node *>(nullptr), node))
-            ;
+        // At the first link that leads nowhere, also where another thread, without the lock as this
+        // may be, makes one lead somewhere.
+        ipmi_list_node **link = &list->head;
+        while (ipmi_list_node *at = replace<ipmi_list_node *>(*link, nullptr, node))
+            link = &at->next;
     }
     release_list_access(list);
     return node ? 0 : -1;
@@ -90,7 +81,10 @@ void *list_delete(ipmi_list *list, ipmi_list_node *node)
     get_list_access(list);
     if (list && load(list->head)) {
         data = node->data;
-        store(*link_to(list, node), load(node->next));
+        ipmi_list_node **link = &list->head;
+        while (load(*link) != node) // which is in the list
+            link = &load(*link)->next;
+        store(*link, load(node->next));
         free(node);
     }
     release_list_access(list);

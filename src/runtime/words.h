@@ -18,12 +18,13 @@ void store(Word &word, Word value)
     __atomic_store_n(&word, value, __ATOMIC_RELEASE);
 }
 
-// Stores `desired` if the word still is `expected`; whether it was.
+// Stores `desired` if the word still is `expected`; what it was.
 template <typename Word>
-bool replace(Word &word, Word expected, Word desired)
+Word replace(Word &word, Word expected, Word desired)
 {
-    return __atomic_compare_exchange_n(&word, &expected, desired, false, __ATOMIC_ACQ_REL,
-                                       __ATOMIC_ACQUIRE);
+    __atomic_compare_exchange_n(&word, &expected, desired, false, __ATOMIC_ACQ_REL,
+                                __ATOMIC_ACQUIRE);
+    return expected;
 }
 
 // Adds 1; the sum.

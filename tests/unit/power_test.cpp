@@ -248,6 +248,13 @@ TEST_F(efficiency, below_zero_wraps)
     expect_sent(-6.0F, {0x00, 0x00, 0xA0, 0x15});
 }
 
+TEST_F(efficiency, of_the_least_32_bit_number_wraps_and_of_one_above_the_greatest_is_sent_as_all)
+{
+    constexpr float bound = 214748.359375F; // 2^31 in ten-thousandths of single precision
+    expect_sent(-bound, {0x00, 0x00, 0x00, 0x00});
+    expect_sent(bound, all);
+}
+
 TEST_F(efficiency, that_is_no_32_bit_number_is_sent_as_all)
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();

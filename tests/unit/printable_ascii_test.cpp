@@ -93,6 +93,14 @@ TEST_F(utf_8, of_any_length_is_printed_where_it_means_a_character_of_ascii)
     }
 }
 
+TEST_F(utf_8, takes_every_bit_as_it_comes)
+{
+    EXPECT_EQ(turn({0x82, 0xC1}), 0);
+    EXPECT_EQ(so_far(), "B");
+    EXPECT_EQ(turn({0xA2, 0xC0}), 0);
+    EXPECT_EQ(so_far(), "\"");
+}
+
 TEST_F(utf_8, counts_the_lead_bytes_bits_as_the_highest)
 {
     for (const bytes &source :

@@ -132,6 +132,24 @@ TEST_F(get_system_info, ends_with_the_set_that_failed_and_keeps_those_before)
     EXPECT_TRUE(holds(3, {4, 'a', 'b'}));
 }
 
+TEST_F(get_system_info, hands_over_whatever_stands_in_the_place_of_the_completion_code)
+{
+    expects_get(0x05).answers({0x42, 0x11, 'a'}).with_completion_code(0);
+    EXPECT_EQ(get(0x05), 0);
+    EXPECT_EQ(out->revision, 0x42);
+}
+
+TEST_F(get_system_info, passes_over_a_set_that_is_shorter_than_what_stands_before_a_value)
+{
+    for (const uint32_t claimed : {0u, 1u, 2u}) {
+        expects_get(0xD4, 1).answers({0x00, 0x11, 3, 'a'});
+        expects_get(0xD4, 2).answers({0x00, 0x11, 'b'}).with_data_len(claimed);
+        expects_get(0xD4, 3).answers({0x00, 0x11, 'c'});
+        EXPECT_EQ(get(0xD4), 0);
+        EXPECT_TRUE(holds(3, {3, 'a', 'c'}));
+    }
+}
+
 TEST_F(get_system_info, keeps_of_255_sets_what_fits_the_record)
 {
     expects_get(0xD5, 1).answers(joined({0x00, 0x11, 255}, bytes(99, 'a')));
