@@ -33,6 +33,10 @@ constexpr uint64_t no_limit = ~uint64_t{0};
 constexpr uint32_t most_outstanding = 256;
 constexpr uint32_t most_idle = 64;
 
+// The library asks for what it still waits for at every tick; an asynchronous command that it has
+// given up it just asks for no more.
+constexpr uint64_t forgotten_ms = 1000;
+
 struct connection {
     int fd = -1;
     uint64_t wait_ms = no_limit; // the receive time-out that is set on the socket
@@ -43,6 +47,7 @@ struct message {
     connection link;
     uint64_t thread = 0; // who sent it, and under which of its attachments
     uint32_t depth = 0;
+    uint64_t asked_ms = 0;  // when it was sent, or last asked for
     bool receiving = false; // a thread is waiting on the connection
     bool abandoned = false; // nobody will ask again
 };
@@ -159,19 +164,31 @@ uint32_t send_on_some_connection(connection &link, const frame_header &header, c
     return RUK_MSG_SERVICE_GONE;
 }
 
+// Makes a message that is nobody else's business until it is sent.
+message *begin_message(message &at)
+{
+    here.generation = here.generation % 0xFFFFFF + 1;
+    at = message{};
+    at.index = here.generation << 8 | static_cast<uint32_t>(&at - here.messages);
+    at.receiving = true;
+    return &at;
+}
+
+// In a free place, or in that of the message that was forgotten longest.
 message *claim()
 {
     const std::lock_guard lock(here.mutex);
-    for (uint32_t slot = 0; slot < most_outstanding; ++slot) {
-        message &candidate = here.messages[slot];
-        if (candidate.index != 0)
-            continue;
-        here.generation = here.generation % 0xFFFFFF + 1;
-        candidate.index = here.generation << 8 | slot;
-        candidate.receiving = true; // nobody else's business until it is sent
-        return &candidate;
+    message *oldest = nullptr;
+    for (message &each : here.messages) {
+        if (each.index == 0)
+            return begin_message(each);
+        if (!each.receiving && (!oldest || each.asked_ms < oldest->asked_ms))
+            oldest = &each;
     }
-    return nullptr;
+    if (!oldest || now_ms() - oldest->asked_ms < forgotten_ms)
+        return nullptr;
+    close(oldest->link.fd);
+    return begin_message(*oldest);
 }
 
 // Takes the message off the books; its connection, if it still works, becomes idle.
@@ -226,6 +243,7 @@ void suspend_receive(message &waiting)
 {
     {
         const std::lock_guard lock(here.mutex);
+        waiting.asked_ms = now_ms();
         waiting.receiving = false;
         if (!waiting.abandoned)
             return;
@@ -302,6 +320,7 @@ uint32_t send_ruk_command(uint32_t component, const void *msg, uint32_t length, 
     *index = sent->index;
     ++mine.unanswered;
     const std::lock_guard lock(here.mutex);
+    sent->asked_ms = now_ms();
     sent->link = link;
     sent->thread = thread_number();
     sent->depth = mine.depth;

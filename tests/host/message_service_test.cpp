@@ -200,7 +200,29 @@ TEST(MessageService, ALimitedNumberOfMessagesIsOutstandingAtOnce)
     EXPECT_EQ(RUK_MSG_TOO_MANY, rc);
     EXPECT_EQ(256u, sent);
     detach_ruk_shm();
+    attach_ruk_shm();
     EXPECT_EQ(0u, send_ruk_command(4, &request, 0x1E, 0, &index));
+    detach_ruk_shm();
+}
+
+TEST(MessageService, AMessageThatNobodyAsksForAnyMoreGivesWayWhenThereIsNoRoom)
+{
+    const chassis_daemon served(slow_blade);
+    attach_ruk_shm();
+    const ipmi_request request = sel_entry_request(1, 1, 7);
+    std::vector<uint32_t> sent(256);
+    for (uint32_t &each : sent)
+        each = send_request(request);
+    std::this_thread::sleep_for(std::chrono::milliseconds(1100));
+    ipmi_response response = empty_response();
+    EXPECT_EQ(0u, receive(sent[0], 0, response)); // answered meanwhile
+
+    const uint32_t free_slot = send_request(request);
+    const uint32_t in_place_of_another = send_request(request);
+    EXPECT_EQ(RUK_MSG_UNKNOWN_INDEX, receive(sent[1], 0, response));
+    EXPECT_EQ(RUK_MSG_NOT_ANSWERED, receive(free_slot, 0, response));
+    EXPECT_EQ(RUK_MSG_NOT_ANSWERED, receive(in_place_of_another, 0, response));
+    detach_ruk_shm();
 }
 
 TEST(MessageService, AProcessThatForksHasConnectionsOfItsOwn)
