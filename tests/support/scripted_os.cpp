@@ -55,6 +55,12 @@ unsigned scripted_os::calls() const
     return calls_;
 }
 
+std::string scripted_os::failed() const
+{
+    const std::lock_guard lock(mutex_);
+    return failed_;
+}
+
 void scripted_os::on_wait(step happens)
 {
     const std::lock_guard lock(mutex_);
@@ -154,6 +160,20 @@ std::string scripted_os::complaint() const
 
 // The platform's side.
 
+uint32_t scripted_os::counted(const char *function)
+{
+    if (calls_++ != failing_call_)
+        return 0;
+    failed_ = function;
+    return its_status_;
+}
+
+uint32_t scripted_os::service_called(const char *function)
+{
+    const std::lock_guard lock(mutex_);
+    return counted(function);
+}
+
 uint32_t scripted_os::called(std::unique_lock<std::mutex> &lock, const char *function,
                              const std::string &arguments)
 {
@@ -161,8 +181,8 @@ uint32_t scripted_os::called(std::unique_lock<std::mutex> &lock, const char *fun
         happens_next(steps->second, lock);
     scripted_platform::current().log(
         {channel::os, arguments.empty() ? function : std::string(function) + " " + arguments});
-    if (calls_++ == failing_call_)
-        return its_status_;
+    if (const uint32_t rc = counted(function))
+        return rc;
     const auto found = faults_.find(function);
     if (found == faults_.end() || found->second.times == 0)
         return 0;

@@ -53,11 +53,13 @@ class scripted_os
     void fails(const std::string &function, uint32_t status, unsigned times = 1,
                unsigned after = 0);
 
-    // Of all calls of the layer, the one after the next `after` ones fails.
+    // Of all calls of the platform that have a status, those of the message service included, the
+    // one after the next `after` ones fails.
     void fails_after(unsigned after, uint32_t status);
 
-    // How many calls there were.
+    // How many calls there were, and which it was that failed so; "" when it was none.
     unsigned calls() const;
+    std::string failed() const;
 
     // What happens, on a thread of its own, while the callback thread waits without limit; while
     // it waits a tick.
@@ -92,6 +94,9 @@ class scripted_os
     // Memory that the library asked for last.
     void *last_allocated = nullptr;
 
+    // Counts a call of the message service; its status if it is to fail.
+    uint32_t service_called(const char *function);
+
     // The platform's functions end here.
     void *allocate(size_t size);
     uint32_t find_shm(uint32_t component, void **holder);
@@ -124,6 +129,7 @@ class scripted_os
     // Writes the call to the journal; its status if it is to fail, else 0.
     uint32_t called(std::unique_lock<std::mutex> &lock, const char *function,
                     const std::string &arguments = "");
+    uint32_t counted(const char *function);
     static bool happens_next(std::deque<step> &steps, std::unique_lock<std::mutex> &lock);
 
     mutable std::mutex mutex_;
@@ -131,6 +137,7 @@ class scripted_os
     unsigned calls_ = 0;
     unsigned failing_call_ = ~0u;
     uint32_t its_status_ = 0;
+    std::string failed_;
     std::deque<step> waits_, ticks_;
     std::map<std::string, std::deque<step>> steps_; // by function
     enum class held { no, by_a_thread, by_another_process };

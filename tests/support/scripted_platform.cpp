@@ -187,10 +187,16 @@ scripted_platform &scripted_platform::current()
     abort();
 }
 
+// A call that fails because of its number has not reached the service: the script stays where it
+// is.
+
 uint32_t scripted_platform::attach()
 {
+    const uint32_t rc = os.service_called("attach_ruk_shm");
     const std::lock_guard lock(mutex);
     happened.push_back(attached());
+    if (rc != 0)
+        return rc;
     if (next < script.size() && script[next].attach_status != 0)
         return script[next++].attach_status;
     ++attachments;
@@ -210,8 +216,11 @@ void scripted_platform::detach()
 uint32_t scripted_platform::send(uint32_t component, const void *message, uint32_t length,
                                  uint32_t flags, uint32_t *index)
 {
+    const uint32_t rc = os.service_called("send_ruk_command");
     const std::lock_guard lock(mutex);
     happened.push_back(sent(length, component, flags));
+    if (rc != 0)
+        return rc;
     const bytes came = bytes_at(message, std::min<size_t>(length, sizeof(ipmi_request)));
 
     if (attachments == 0)
@@ -241,8 +250,11 @@ uint32_t scripted_platform::send(uint32_t component, const void *message, uint32
 uint32_t scripted_platform::receive(uint32_t index, uint32_t timeout, uint32_t component,
                                     void *buffer, uint32_t *length)
 {
+    const uint32_t rc = os.service_called("receive_ruk_response");
     const std::lock_guard lock(mutex);
     happened.push_back(received(index, timeout, *length, component));
+    if (rc != 0)
+        return rc;
     if (attachments == 0)
         complain("asked for an answer without being attached");
 
