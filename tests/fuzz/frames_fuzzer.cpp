@@ -83,13 +83,13 @@ request_frame right_frame()
 }
 
 // A frame that goes to the blade, whose network function, command and payload
-// are drawn.
+// are drawn; of a payload too long for the record, what fits.
 size_t complete(request_frame &frame, const uint8_t *drawn, size_t length)
 {
     frame = right_frame();
     if (length >= 2)
         frame.record.netfn_cmd = static_cast<uint32_t>(drawn[0] << 8 | drawn[1]);
-    const size_t payload = length < 2 ? 0 : length - 2;
+    const size_t payload = length < 2 ? 0 : std::min(length - 2, sizeof frame.record.data);
     memcpy(frame.record.data, drawn + length - payload, payload);
     frame.record.data_len = static_cast<uint32_t>(payload);
     return sizeof frame.header + request_header_size + payload;

@@ -1,8 +1,14 @@
 """Requests as they stand, refusals by their names, and sessions that are not granted."""
 
+import socket
+import threading
+
 import pytest
 
+import sim
+
 ACCESS_REFUSED = 3
+NO_ANSWER = 4
 
 
 def test_get_device_id_is_answered_as_ipmitool_sees_it(chassis, controllers):
@@ -47,6 +53,41 @@ def test_a_session_that_is_not_granted_is_told_from_a_dead_host(
         done = chassis.tool(1, "sel", "info")
         assert done.returncode == ACCESS_REFUSED
         assert b"refuses" in done.stderr
+
+
+@pytest.fixture
+def echoing_network(controllers):
+    """The port by which the first controller is reached; whatever it says comes twice."""
+    with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as network:
+        network.bind((sim.ADDRESS, 0))
+        controller = (sim.ADDRESS, controllers[0].port)
+
+        def carry():
+            asking = None
+            while True:
+                content, sender = network.recvfrom(1500)
+                if not content:
+                    return
+                if sender != controller:
+                    asking = sender
+                    network.sendto(content, controller)
+                else:
+                    for _ in range(2):
+                        network.sendto(content, asking)
+
+        carrier = threading.Thread(target=carry)
+        carrier.start()
+        port = network.getsockname()[1]
+        yield port
+        with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as end:
+            end.sendto(b"", (sim.ADDRESS, port))
+        carrier.join()
+
+
+def test_answers_that_come_twice_are_told_from_a_refusal(run_chassis, echoing_network):
+    chassis = run_chassis([dict(slot=1, port=echoing_network)])
+    done = chassis.tool(1, "sel", "info")
+    assert done.returncode == NO_ANSWER
 
 
 def test_a_session_of_lower_privilege_is_refused_by_command(run_chassis, controllers):

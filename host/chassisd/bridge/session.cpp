@@ -46,10 +46,12 @@ uint8_t privilege_of(const std::string &name)
 }
 
 // What keeps a session from being opened is either silence or a controller (or FreeIPMI, ahead of
-// it) that does not accept what was offered: only the first may look like a dead host.
+// it) that does not accept what was offered: only the first may look like a dead host. An answer
+// that makes no sense, or that the network brings twice, is no refusal.
 uint32_t status_of_opening(int error)
 {
     switch (error) {
+    case IPMI_ERR_SUCCESS:
     case IPMI_ERR_CONNECTION_TIMEOUT:
     case IPMI_ERR_SESSION_TIMEOUT:
     case IPMI_ERR_MESSAGE_TIMEOUT:
@@ -64,6 +66,14 @@ uint32_t status_of_opening(int error)
     default:
         return RUK_MSG_ACCESS;
     }
+}
+
+// FreeIPMI calls some answers that it can make nothing of a success, though there is no result.
+std::string reason_of(ipmi_ctx_t context)
+{
+    if (ipmi_ctx_errnum(context) == IPMI_ERR_SUCCESS)
+        return "an answer that makes no sense";
+    return ipmi_ctx_errormsg(context);
 }
 
 } // namespace
@@ -89,7 +99,7 @@ session::session(const bridge_config &config) : context_(ipmi_ctx_create())
                                     timing.patience_ms, timing.retransmit_ms,
                                     workaround_flags(config.workarounds), IPMI_FLAGS_DEFAULT) < 0)
         throw session_error(status_of_opening(ipmi_ctx_errnum(context_.get())),
-                            ipmi_ctx_errormsg(context_.get()));
+                            reason_of(context_.get()));
     answered();
 }
 
@@ -102,7 +112,7 @@ bytes session::ask(const request &request)
         ipmi_cmd_raw(context_.get(), request.lun, request.netfn, asked.data(),
                      static_cast<unsigned>(asked.size()), answer.data(), longest_answer);
     if (length < 2)
-        throw session_error(RUK_MSG_UNREACHABLE, ipmi_ctx_errormsg(context_.get()));
+        throw session_error(RUK_MSG_UNREACHABLE, reason_of(context_.get()));
     answered();
     answer.resize(static_cast<size_t>(length));
     answer.erase(answer.begin()); // the command, repeated
