@@ -74,7 +74,7 @@ class section
         const toml::node *node = table_.get(key);
         if (!node)
             return std::nullopt;
-        const auto value = node->value_exact<std::string>();
+        auto value = node->value_exact<std::string>();
         if (!value || value->size() > longest)
             fail(key, "must be a text of at most " + std::to_string(longest) + " bytes");
         return value;

@@ -138,7 +138,7 @@ json folded(const json &blades)
     std::string next; // the slot by which it would go on
     for (const json &blade : blades) {
         const std::string slot = blade["blade"];
-        const bool empty = blade["state"] == "empty" && slot.find('.') == slot.npos;
+        const bool empty = blade["state"] == "empty" && slot.find('.') == std::string::npos;
         if (empty && slot == next) {
             rows.back()["blade"] = run + "-" + slot;
         } else {

@@ -207,7 +207,7 @@ void chassis_survey::look(std::chrono::milliseconds limit)
         }
     });
     if (unserved)
-        throw *unserved;
+        throw failure(*unserved);
 }
 
 json chassis_survey::seen() const

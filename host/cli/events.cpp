@@ -93,7 +93,7 @@ struct post_choice {
 
 bytes interrupt_data(const std::string &text)
 {
-    const bytes data = parse_hex(text);
+    bytes data = parse_hex(text);
     if (data.size() > sizeof ipmi_interrupt::data)
         throw usage_failure(std::to_string(data.size()) + " bytes do not fit an interrupt of " +
                             std::to_string(sizeof ipmi_interrupt::data));

@@ -45,7 +45,7 @@ bytes typed_mac(const std::string &text)
 {
     std::string digits = text;
     std::replace(digits.begin(), digits.end(), ':', ' ');
-    const bytes value = parse_hex(digits);
+    bytes value = parse_hex(digits);
     check_length(value.size(), 6);
     return value;
 }

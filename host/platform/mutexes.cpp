@@ -83,8 +83,9 @@ uint32_t os_mutex_get(os_mutex *mutex, uint32_t ticks)
         mutex_slot *slot = find_mutex(*to.table, to.name);
         if (!slot)
             rc = make_mutex(*to.table, to.name, slot);
-        if (slot)
-            rc = take_lock(slot->lock, until);
+        if (!slot)
+            break;
+        rc = take_lock(slot->lock, until);
         if (rc != 0)
             break;
         if (bears(*slot, to.name)) {

@@ -35,7 +35,7 @@ bool write_region(int fd)
     void *memory = errno == 0 ? map_file(fd) : nullptr;
     if (!memory)
         return false;
-    auto *region = new (memory) os_region{};
+    auto *region = new (memory) os_region();
     region->header = expected;
     init_mutexes(region->mutexes);
     munmap(memory, sizeof(os_region));

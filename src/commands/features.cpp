@@ -79,7 +79,7 @@ int ipmi_location_get_pm_rebrand(const blade_location *location, char out[15])
     command get(location, 0x30A9, 0x14, zeros{3});
     const int result = get.exchange();
     if (result == 0) {
-        const auto text = reinterpret_cast<const char *>(get.response.data + 3);
+        const auto *text = reinterpret_cast<const char *>(get.response.data + 3);
         memset(out, 0, 15);
         memcpy(out, text, strnlen(text, 15));
     }

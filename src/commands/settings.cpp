@@ -9,7 +9,7 @@
 
 using namespace ruk;
 
-static_assert(offsetof(power_thermal_request, param) == 1 &&
+static_assert(sizeof(power_thermal_request) == 488 && offsetof(power_thermal_request, param) == 1 &&
               offsetof(power_thermal_request, len) == 2 &&
               offsetof(power_thermal_request, offset) == 4 &&
               offsetof(power_thermal_request, body) == 6);
@@ -80,7 +80,7 @@ int ipmi_location_set_physical_location(const blade_location *location, uint8_t 
         body[6] = static_cast<uint8_t>(length);
     } else if (attr_id == numeric_attribute) {
         req.len = 6;
-        body[3] = static_cast<uint8_t>(atoi(value));
+        body[3] = static_cast<uint8_t>(strtol(value, nullptr, 10));
     } // any other: a header alone
     store_le16(body, req.len);
     uint8_t resp[10];

@@ -8,7 +8,8 @@
 using namespace ruk;
 
 static_assert(sizeof(sys_info_value) == 259 && offsetof(sys_info_value, value) == 3);
-static_assert(offsetof(sys_info_param, length) == 5 && offsetof(sys_info_param, data) == 6);
+static_assert(sizeof(sys_info_param) == 261 && offsetof(sys_info_param, length) == 5 &&
+              offsetof(sys_info_param, data) == 6);
 
 namespace
 {

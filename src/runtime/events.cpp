@@ -79,8 +79,8 @@ uint32_t imc_event_set_NEXT_ASSERTED(uint32_t after, const imc_event_set *set)
 
 uint32_t ruk_register_imc_event_set(const imc_event_set *set, imc_event_callback cb)
 {
-    lib_state &lib = ipmi_lib_state;
     {
+        lib_state &lib = ipmi_lib_state;
         const guard lock(registration_lock);
         lib.event_mask = *set;
         lib.event_callback = cb;

@@ -81,7 +81,7 @@ milliseconds bridge::idle_period() const
 void bridge::open()
 {
     if (refusal_ && session::clock::now() < next_opening_)
-        throw *refusal_;
+        throw session_error(*refusal_);
     try {
         session_.emplace(config_);
         refusal_.reset();

@@ -118,7 +118,7 @@ using command_table = std::vector<command>;
 template <typename Device, typename Method>
 auto on(std::shared_ptr<Device> device, Method method)
 {
-    return [device = std::move(device), method](const auto &request) {
+    return [device = std::move(device), method]([[maybe_unused]] const auto &request) {
         if constexpr (std::is_invocable_v<Method, Device &>)
             return std::invoke(method, *device);
         else

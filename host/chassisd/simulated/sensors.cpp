@@ -40,7 +40,7 @@ uint8_t reached_thresholds(const threshold_sensor &sensor, uint8_t value, uint8_
     uint8_t reached = 0;
     for (unsigned i = 0; i < sensor.thresholds.size(); i++) {
         const bool upper = i >= 3;
-        const int slack = crossed & 1u << i ? hysteresis : 0;
+        const int slack = (crossed & 1u << i) != 0 ? hysteresis : 0;
         const int limit = sensor.thresholds[i];
         if (limit != 0 && (upper ? value >= limit - slack : value <= limit + slack))
             reached = static_cast<uint8_t>(reached | 1u << i);

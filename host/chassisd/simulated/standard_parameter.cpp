@@ -49,7 +49,8 @@ void standard_parameters::reset()
 {
     for (const standard_parameter &each : table_) {
         for (uint8_t set = 0; set < each.sets; ++set) {
-            bytes &value = values_[{each.number, set}] = each.initial;
+            bytes &value = values_[{each.number, set}];
+            value = each.initial;
             if (each.sets > 1)
                 value[0] = set;
         }

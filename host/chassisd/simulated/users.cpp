@@ -108,7 +108,7 @@ class user_list
         constexpr uint8_t is_long = 0x80;
         constexpr size_t head = 2;
         user &changed = at(request[0]);
-        const size_t size = request[0] & is_long ? long_password : short_password;
+        const size_t size = (request[0] & is_long) != 0 ? long_password : short_password;
         const int asked = request[1] & 0x03;
         const bool may_go_without = asked == disable || asked == enable;
         refuse_if(request.size() != head + size && !(may_go_without && request.size() == head),
