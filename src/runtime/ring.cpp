@@ -75,8 +75,9 @@ void renumber(ipmi_shm *shm)
     });
 }
 
-// Fills a slot. It has no number until all the rest is stored, so a writer that is killed on the
-// way leaves a hole that every reader passes over, never half an interrupt or one out of its turn.
+// Fills a slot. It has no number until all the rest is stored, and its old number, by which a reader
+// looks after a renumbering, only while it has the other: so a writer that is killed on the way
+// leaves a hole that every reader passes over, never half an interrupt or one out of its turn.
 void append(ipmi_shm *shm, ipmi_interrupt record, uint32_t new_num)
 {
     const uint32_t at = slot(load(shm->next_slot));
@@ -84,15 +85,17 @@ void append(ipmi_shm *shm, ipmi_interrupt record, uint32_t new_num)
     const uint32_t int_num = record.int_num;
     const uint32_t prev_num = record.prev_num;
     record.int_num = record.prev_num = 0;
-    target.int_num = target.prev_num = 0;
+    target.prev_num = 0;
+    in_this_order();
+    target.int_num = 0;
     in_this_order();
     target = record;
     in_this_order();
     store(shm->next_slot, at + 1);
     store(shm->last_int_num, new_num); // read without the lock by a reader that begins
     in_this_order();
-    target.prev_num = prev_num;
     store(target.int_num, int_num);
+    target.prev_num = prev_num;
 }
 
 using number_field = uint32_t ipmi_interrupt::*;
