@@ -34,7 +34,7 @@ report get(const blade &at)
     }
     check(get_event, static_cast<uint32_t>(result));
     const size_t length = std::max<size_t>(event.payload_len, header);
-    const bytes data(event.data, event.data + length - header);
+    const bytes data(event.data, event.data + (length - header));
     if (may_be_cut_short(data))
         exchange(get_event, at, {0x01, 0x1B, sizeof event, 0, 0, 0}, 5 + length);
     return tell(event_fields(event, data));

@@ -36,13 +36,14 @@ report consumption(const blade &at, const consumption_choice &chosen)
         get_consumption, at, ipmi_location_get_power_consumption_data, chosen.p1, chosen.p2);
     if (values.value_7 == 0)
         exchange(get_consumption, at, {chosen.p1, chosen.p2}, sizeof values - 1);
-    return tell({{"value_1", values.value_1},
-                 {"value_2", values.value_2},
-                 {"value_3", values.value_3},
-                 {"value_4", values.value_4},
-                 {"value_5", values.value_5},
-                 {"value_6", values.value_6},
-                 {"value_7", values.value_7}});
+    // Each as a value of its own: in the packed record they lie at odd addresses.
+    return tell({{"value_1", +values.value_1},
+                 {"value_2", +values.value_2},
+                 {"value_3", +values.value_3},
+                 {"value_4", +values.value_4},
+                 {"value_5", +values.value_5},
+                 {"value_6", +values.value_6},
+                 {"value_7", +values.value_7}});
 }
 
 report reset(const blade &at, const reset_choice &chosen)
