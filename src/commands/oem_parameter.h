@@ -61,7 +61,7 @@ struct write_parameter_part : command {
 struct write_parameter : write_parameter_part {
     template <typename... Fields>
     write_parameter(const blade_location *location, parameter_group group, Fields... fields)
-        : write_parameter_part(location, group, le16{0}, fields...)
+        : write_parameter_part(location, group, zeros{2}, fields...)
     {
         store_le16(request.data + parameter_header, value_bytes());
     }

@@ -97,9 +97,9 @@ uint32_t os_notify_init(os_notify_handle *handle, os_notify_hook hook)
     return os().make_handle(handle, hook);
 }
 
-uint32_t os_notify_get(uint32_t *type, uint32_t, va_list args)
+uint32_t os_notify_get(uint32_t *type, uint32_t reserved, va_list args)
 {
-    return os().read_type(type, args);
+    return os().read_type(type, reserved, args);
 }
 
 uint32_t os_notify_register(os_notify_list list, os_notify_handle handle)

@@ -402,9 +402,11 @@ uint32_t scripted_os::unregister(os_notify_handle handle)
     return registrations_.erase(handle) == 0 ? unknown : rc;
 }
 
-uint32_t scripted_os::read_type(uint32_t *type, va_list args)
+uint32_t scripted_os::read_type(uint32_t *type, uint32_t reserved, va_list args)
 {
     std::unique_lock lock(mutex_);
+    if (reserved != 0)
+        complaints_ += "the reserved word of os_notify_get is not 0\n";
     const uint32_t rc = called(lock, "os_notify_get");
     if (rc == 0)
         *type = va_arg(args, uint32_t);

@@ -116,7 +116,7 @@ class scripted_os
     uint32_t make_handle(os_notify_handle *handle, os_notify_hook hook);
     uint32_t register_list(os_notify_list list, os_notify_handle handle);
     uint32_t unregister(os_notify_handle handle);
-    uint32_t read_type(uint32_t *type, va_list args);
+    uint32_t read_type(uint32_t *type, uint32_t reserved, va_list args);
     uint32_t sleep(uint32_t ticks);
 
   private:

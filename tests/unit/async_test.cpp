@@ -71,6 +71,20 @@ TEST_F(async, attaches_sends_and_stays_attached)
     EXPECT_EQ(platform.attached_times(), 1u);
 }
 
+TEST_F(async, keeps_in_mind_what_it_sent)
+{
+    platform.expects(request).keeps_waiting();
+    EXPECT_EQ(send(7), 0u);
+    const ipmi_list_node *const node = ruk::ipmi_lib_state.pending.head;
+    ASSERT_NE(node, nullptr);
+    const auto &kept = *static_cast<const ruk::pending_request *>(node->data);
+    EXPECT_EQ(kept.request, &request);
+    EXPECT_EQ(kept.reserved, 0u);
+    EXPECT_EQ(kept.msg_index, platform.first_index);
+    EXPECT_EQ(kept.callback, &on_answer);
+    EXPECT_EQ(kept.ticks_left, 7u);
+}
+
 TEST_F(async, starts_the_callback_thread_with_the_first_command)
 {
     platform.expects(request).keeps_waiting();

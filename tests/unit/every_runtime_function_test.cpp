@@ -280,8 +280,8 @@ TEST(every_other_runtime_function, makes_no_call_that_could_fail)
     EXPECT_EQ(SetTimeout(&region, &at, 4, "a test", 1), 0u);
     EXPECT_EQ(GetTimeouts(&region, &at, &bumps, &sessions), 0u);
     EXPECT_EQ(ClearTimeouts(&region, &at), 0u);
-    EXPECT_EQ(UTF8_2_PrintableASCII(source, text, sizeof text, 1), 0);
-    EXPECT_EQ(Unicode16_2_PrintableASCII(text, sizeof text, source, 2), 0);
+    EXPECT_EQ(UTF8_2_PrintableASCII(source, text, sizeof text - 1, 1), 0);
+    EXPECT_EQ(Unicode16_2_PrintableASCII(text, sizeof text - 1, source, 2), 0);
     EXPECT_NE(ipmi_switch_config_status_to_str(0), nullptr);
     EXPECT_EQ(platform.os.calls(), 0u);
 }

@@ -79,6 +79,16 @@ TEST_F(mutex_by_name, is_looked_up_once_for_each_object)
     release_mutex(object.get());
 }
 
+TEST_F(mutex_by_name, is_looked_up_once_also_when_its_name_is_one_character)
+{
+    acquire_mutex("d", object.get(), 0);
+    release_mutex(object.get());
+    platform.forget();
+    EXPECT_EQ(acquire_mutex("d", object.get(), 0), 0u);
+    EXPECT_EQ(platform.journal(), (events{os_call("os_mutex_get d, 100 ticks")}));
+    release_mutex(object.get());
+}
+
 TEST_F(mutex_by_name, is_refused_without_a_name_or_an_object)
 {
     name_it("door");
@@ -202,6 +212,14 @@ TEST_F(event_by_name, is_left_alone_when_it_has_a_name)
     EXPECT_EQ(create_event("bell", object.get(), 1), 0u);
     EXPECT_EQ(platform.journal(), events{});
     EXPECT_EQ(object.content(), before);
+}
+
+TEST_F(event_by_name, is_left_alone_also_when_its_name_is_one_character)
+{
+    EXPECT_EQ(create_event("e", object.get(), 0), 0u);
+    platform.forget();
+    EXPECT_EQ(create_event("e", object.get(), 0), 0u);
+    EXPECT_EQ(platform.journal(), events{});
 }
 
 TEST_F(event_by_name, is_refused_without_a_name_or_an_object)
