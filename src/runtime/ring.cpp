@@ -75,9 +75,9 @@ void renumber(ipmi_shm *shm)
     });
 }
 
-// Fills a slot. It has no number until all the rest is stored, and its old number, by which a reader
-// looks after a renumbering, only while it has the other: so a writer that is killed on the way
-// leaves a hole that every reader passes over, never half an interrupt or one out of its turn.
+// Fills a slot. It has no number until all the rest is stored, and its old number, by which a
+// reader looks after a renumbering, only while it has the other: so a writer that is killed on the
+// way leaves a hole that every reader passes over, never half an interrupt or one out of its turn.
 void append(ipmi_shm *shm, ipmi_interrupt record, uint32_t new_num)
 {
     const uint32_t at = slot(load(shm->next_slot));
