@@ -37,7 +37,7 @@ constexpr uint32_t parameter_header = 6;
 struct write_parameter_part : command {
     template <typename... Fields>
     write_parameter_part(const blade_location *location, parameter_group group, Fields... fields)
-        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group), le16{0}, le16{0})
+        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group))
     {
         carry(0, fields...);
     }
