@@ -40,17 +40,7 @@ faults = { delay_ms = 30 }
 slot = 4
 """
 
-BRIDGED_BLADE = """
-[[blade]]
-slot = {slot}
-kind = "bridge"
-host = "{host}"
-port = {port}
-username = "{username}"
-password_file = "password"
-workarounds = ["opensesspriv"]
-timeout_ms = 1500
-"""
+TIMEOUT_MS = 1500  # of bridged blades
 
 
 class Chassis:
@@ -86,9 +76,7 @@ class Chassis:
         config.write_text(
             SIMULATED_BLADES
             + "".join(
-                BRIDGED_BLADE.format(
-                    slot=slot, host=sim.ADDRESS, port=each.sim.port, username=sim.USERNAME
-                )
+                sim.blade_configuration(slot=slot, port=each.sim.port, timeout_ms=TIMEOUT_MS)
                 for slot, each in enumerate(self.controllers, SIMULATED + 1)
             )
         )

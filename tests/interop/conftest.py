@@ -14,20 +14,6 @@ from waits import TIMEOUT_MS
 
 PROGRAMS = pathlib.Path(os.environ["RUK_BUILD_DIR"]) / "bin"
 
-BLADE = """
-[[blade]]
-slot = {slot}
-kind = "bridge"
-host = "{host}"
-port = {port}
-username = "{username}"
-password_file = "{password_file}"
-privilege = "{privilege}"
-cipher_suite = {cipher_suite}
-workarounds = ["opensesspriv"]  # without it ipmi_sim hashes another privilege than FreeIPMI
-timeout_ms = {timeout_ms}
-"""
-
 
 @dataclasses.dataclass
 class Chassis:
@@ -62,14 +48,6 @@ class Chassis:
 
 def write_configuration(chassis, blades):
     """Blades are dictionaries of what differs from the usual: at least slot and port."""
-    usual = dict(
-        host=sim.ADDRESS,
-        username=sim.USERNAME,
-        password_file="password",
-        privilege="admin",
-        cipher_suite=3,
-        timeout_ms=TIMEOUT_MS,
-    )
     for name, password in [("password", sim.PASSWORD), ("wrong-password", "guess")]:
         path = chassis.directory / name
         path.write_text(password + "\n")
@@ -77,7 +55,9 @@ def write_configuration(chassis, blades):
     config = chassis.directory / "chassis.toml"
     config.write_text(
         '[chassis]\nname = "interop"\nslots = 16\n'
-        + "".join(BLADE.format(**{**usual, **blade}) for blade in blades)
+        + "".join(
+            sim.blade_configuration(**{"timeout_ms": TIMEOUT_MS, **blade}) for blade in blades
+        )
     )
     return config
 

@@ -35,6 +35,21 @@ endlan
 user 2 true "{username}" "{password}" admin 10 md5
 """
 
+# The blade behind it, in a chassis file whose directory holds the password.
+BLADE = """
+[[blade]]
+slot = {slot}
+kind = "bridge"
+host = "{host}"
+port = {port}
+username = "{username}"
+password_file = "{password_file}"
+privilege = "{privilege}"
+cipher_suite = {cipher_suite}
+workarounds = ["opensesspriv"]  # without it ipmi_sim hashes another privilege than FreeIPMI
+timeout_ms = {timeout_ms}
+"""
+
 # What the controller runs to look at the chassis and to change it: "get power", or "set identify 5
 # 0", where the words behind the name are what it is set to. A file holds each of these.
 CHASSIS_CONTROL = """\
@@ -55,6 +70,18 @@ sel_enable 0x20 200 0x0a
 mc_add_fru_data 0x20 0 0x{fru_size:x} data {fru}
 mc_enable 0x20
 """
+
+
+def blade_configuration(**particulars):
+    """At least slot, port and timeout_ms; the rest is as usual unless it is said."""
+    usual = dict(
+        host=ADDRESS,
+        username=USERNAME,
+        password_file="password",
+        privilege="admin",
+        cipher_suite=3,
+    )
+    return BLADE.format(**{**usual, **particulars})
 
 
 def hex_bytes(data):
