@@ -8,7 +8,9 @@
 #include <stdint.h>
 
 /** Marks what the shared library exports. */
+#ifndef RUK_IPMI_API
 #define RUK_IPMI_API __attribute__((visibility("default")))
+#endif
 
 /** A record without padding: its layout is the same bytes on every host. */
 #define RUK_IPMI_PACKED __attribute__((packed))

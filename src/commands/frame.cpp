@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 int invalid_param()
@@ -27,4 +27,41 @@ void bounded_copy(void *to, size_t room, const void *from, size_t length, const 
         memcpy(to, from, length);
 }
 
-} // namespace ruk
+uint32_t put(ipmi_request &request, uint32_t at, block field)
+{
+    bounded_copy(request.data + at, sizeof request.data - at, field.bytes, field.length,
+                 "the request record");
+    return at + static_cast<uint32_t>(field.length);
+}
+
+uint32_t put(ipmi_request &request, uint32_t at, padded field)
+{
+    bounded_copy(request.data + at, field.field, field.text, field.length,
+                 "a field of the request");
+    return at + field.field;
+}
+
+command::command(const blade_location *location, uint32_t netfn_cmd)
+    : request{},
+      response{},
+      status(0)
+{
+    request.location = *location;
+    request.netfn_cmd = netfn_cmd;
+}
+
+int command::exchange(uint32_t wait, uint32_t capacity)
+{
+    response.data_len = capacity;
+    status = get_ruk_ipmi_response(&request, &response, wait);
+    return static_cast<int>(status != 0 ? status : response.comp_code);
+}
+
+int command::fetch(void *out, size_t count)
+{
+    const int result = exchange();
+    memcpy(out, response.data, count);
+    return result;
+}
+
+} // namespace gnu::visibility("hidden")]]ruk

@@ -21,7 +21,7 @@
 #include "platform/log.h"
 #include "ruk_ipmi/exchange.h"
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 // Ticks that a command waits for its answer.
@@ -72,79 +72,72 @@ inline padded cut_to(const char *text, uint32_t field)
     return {text, strnlen(text, field), field};
 }
 
-inline void append(ipmi_request &request, int byte)
+// Each stores a field `at` the payload's byte of that number, in a record that was cleared, and
+// returns where the next one goes. All is known while compiling but for fields of the caller's.
+
+[[gnu::always_inline]] inline uint32_t put(ipmi_request &request, uint32_t at, int byte)
 {
-    request.data[request.data_len++] = static_cast<uint8_t>(byte);
+    request.data[at] = static_cast<uint8_t>(byte);
+    return at + 1;
 }
 
-inline void append(ipmi_request &request, le16 field)
+[[gnu::always_inline]] inline uint32_t put(ipmi_request &request, uint32_t at, le16 field)
 {
-    store_le16(request.data + request.data_len, field.value);
-    request.data_len += 2;
+    store_le16(request.data + at, field.value);
+    return at + 2;
 }
 
-inline void append(ipmi_request &request, le32 field)
+[[gnu::always_inline]] inline uint32_t put(ipmi_request &request, uint32_t at, le32 field)
 {
-    store_le32(request.data + request.data_len, field.value);
-    request.data_len += 4;
+    store_le32(request.data + at, field.value);
+    return at + 4;
 }
 
-inline void append(ipmi_request &request, block field)
+inline uint32_t put(ipmi_request &, uint32_t at, zeros field)
 {
-    bounded_copy(request.data + request.data_len, sizeof request.data - request.data_len,
-                 field.bytes, field.length, "the request record");
-    request.data_len += static_cast<uint32_t>(field.length);
+    return at + field.count;
 }
 
-inline void append(ipmi_request &request, zeros field)
-{
-    request.data_len += field.count; // the record was cleared
-}
+uint32_t put(ipmi_request &request, uint32_t at, block field);
+uint32_t put(ipmi_request &request, uint32_t at, padded field);
 
-inline void append(ipmi_request &request, padded field)
+// Makes `fields` the payload from its byte `at` on.
+template <typename... Fields>
+void end_with(ipmi_request &request, uint32_t at, Fields... fields)
 {
-    bounded_copy(request.data + request.data_len, field.field, field.text, field.length,
-                 "a field of the request");
-    request.data_len += field.field;
+    ((at = put(request, at, fields)), ...);
+    request.data_len = at;
 }
 
 template <typename... Fields>
-void append_all(ipmi_request &request, Fields... fields)
+void append(ipmi_request &request, Fields... fields)
 {
-    (append(request, fields), ...);
+    end_with(request, request.data_len, fields...);
 }
 
 // One command to one blade: both records, cleared once, and the status of the last exchange.
 struct command {
-    ipmi_request request{};
-    ipmi_response response{};
-    uint32_t status = 0;
+    ipmi_request request;
+    ipmi_response response;
+    uint32_t status;
+
+    // Without payload.
+    command(const blade_location *location, uint32_t netfn_cmd);
 
     template <typename... Fields>
     command(const blade_location *location, uint32_t netfn_cmd, Fields... fields)
+        : command(location, netfn_cmd)
     {
-        request.location = *location;
-        request.netfn_cmd = netfn_cmd;
-        append_all(request, fields...);
+        end_with(request, 0, fields...);
     }
 
     // Sends the request as it stands and waits for the answer. The result: transport status, else
     // completion code, else 0.
-    int exchange(uint32_t wait = usual_wait, uint32_t capacity = usual_capacity)
-    {
-        response.data_len = capacity;
-        status = get_ruk_ipmi_response(&request, &response, wait);
-        return static_cast<int>(status != 0 ? status : response.comp_code);
-    }
+    int exchange(uint32_t wait = usual_wait, uint32_t capacity = usual_capacity);
 
     // The same, and hands over the answer's first bytes, from the completion code on, as they come
     // and whatever the result.
-    int fetch(void *out, size_t count)
-    {
-        const int result = exchange();
-        memcpy(out, response.data, count);
-        return result;
-    }
+    int fetch(void *out, size_t count);
 
     template <typename Record>
     int fetch(Record *out)
@@ -192,6 +185,6 @@ int by_number(Function location_form, int blade_num, Arguments... arguments)
     return location_form(&location, arguments...);
 }
 
-} // namespace ruk
+} // namespace gnu::visibility("hidden")]]ruk
 
 #endif

@@ -12,7 +12,7 @@
 
 #include "commands/frame.h"
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 constexpr uint32_t oem_parameter = 0x30D0;
@@ -45,8 +45,7 @@ struct write_parameter_part : command {
     template <typename... Fields>
     void carry(int offset, Fields... fields)
     {
-        request.data_len = parameter_header;
-        append_all(request, fields...);
+        end_with(request, parameter_header, fields...);
         store_le16(request.data + 2, value_bytes());
         store_le16(request.data + 4, static_cast<uint16_t>(offset));
     }
@@ -78,6 +77,6 @@ struct read_parameter : command {
     }
 };
 
-} // namespace ruk
+} // namespace gnu::visibility("hidden")]]ruk
 
 #endif

@@ -99,7 +99,7 @@ int location_set_sys_info(const blade_location *location, uint8_t parameter, con
     uint32_t sent = length;
     switch (kind) {
     case layout::oem:
-        append_all(request, static_cast<uint8_t>(length), block{value, length});
+        append(request, static_cast<uint8_t>(length), block{value, length});
         break;
     case layout::plain:
         append(request, block{value, length});
@@ -107,7 +107,7 @@ int location_set_sys_info(const blade_location *location, uint8_t parameter, con
     case layout::blocks:
     case layout::counted_blocks: // selectors, encoding and length before the first bytes
         sent = std::min(length, text.in_first);
-        append_all(request, zeros{text.bytes}, static_cast<uint8_t>(length), block{value, sent});
+        append(request, zeros{text.bytes}, static_cast<uint8_t>(length), block{value, sent});
         break;
     default:
         return invalid_param();

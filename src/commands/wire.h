@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 inline uint16_t load_le16(const uint8_t *from)

@@ -4,7 +4,7 @@
 
 #include "ruk_ipmi/types.h"
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 // Refuses a call without a request, or without a place for its answer.

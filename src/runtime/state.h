@@ -11,7 +11,7 @@
 #include "ruk_ipmi/list.h"
 #include "ruk_ipmi/ring.h"
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 struct lib_state {

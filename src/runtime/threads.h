@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <pthread.h>
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 inline uintptr_t thread_identifier()

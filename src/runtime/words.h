@@ -3,7 +3,7 @@
 #ifndef RUK_RUNTIME_WORDS_H
 #define RUK_RUNTIME_WORDS_H
 
-namespace ruk
+namespace [[gnu::visibility("hidden")]] ruk
 {
 
 template <typename Word>
