@@ -25,7 +25,7 @@ struct answer {
     uint8_t completion_code() const { return data.empty() ? 0xFF : data[0]; }
 };
 
-// Called from one thread only, the blade's own worker.
+// Called by one thread at a time: its worker sees to that.
 class blade
 {
   public:
@@ -33,6 +33,9 @@ class blade
 
     // Answers a request. May block: only this blade waits.
     virtual answer execute(const request &request) = 0;
+
+    // Whether it never blocks, nor takes its time.
+    virtual bool answers_at_once() const { return false; }
 
     // Called when nothing was asked for as long as idle_period() says, e.g. to keep a session.
     virtual void idle() {}

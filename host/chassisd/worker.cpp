@@ -30,6 +30,7 @@ void apply(const fault_config &faults, answer &given)
 worker::worker(std::unique_ptr<blade> served, const fault_config &faults)
     : blade_(std::move(served)),
       faults_(faults),
+      at_once_(blade_->answers_at_once() && faults.delay_ms == 0 && faults.drop_every == 0),
       thread_([this] {
           run();
           ended_ = true;
@@ -41,6 +42,21 @@ worker::~worker()
 {
     stop();
     thread_.join();
+}
+
+std::optional<answer> worker::answer_at_once(const request &asked)
+{
+    if (!at_once_)
+        return std::nullopt;
+    const std::lock_guard lock(mutex_);
+    if (busy_ || !queue_.empty())
+        return std::nullopt;
+    answer given = execute(asked);
+    if (blade_->idle_period().count() != 0) { // the thread may be waiting for longer, or for ever
+        overtaken_ = true;
+        changed_.notify_one();
+    }
+    return given;
 }
 
 bool worker::post(job job)
@@ -84,25 +100,34 @@ void worker::retire()
 
 void worker::run()
 {
-    const auto something_to_do = [this] { return stopping_ || !queue_.empty(); };
+    const auto something_to_do = [this] { return stopping_ || overtaken_ || !queue_.empty(); };
+    std::unique_lock lock(mutex_);
     for (;;) {
-        std::unique_lock lock(mutex_);
+        overtaken_ = false;
         const auto idle_period = blade_->idle_period();
         if (idle_period.count() == 0) {
             changed_.wait(lock, something_to_do);
         } else if (!changed_.wait_for(lock, idle_period, something_to_do)) {
+            busy_ = true;
             lock.unlock();
             blade_->idle();
+            lock.lock();
+            busy_ = false;
             continue;
         }
         if (stopping_)
             return;
+        if (queue_.empty())
+            continue;
         job next = std::move(queue_.front());
         queue_.pop_front();
         receiver_ = std::exchange(next.deliver, nullptr);
+        busy_ = true;
         lock.unlock();
         serve(next);
-        take_receiver(); // of a job that got no answer
+        lock.lock();
+        busy_ = false;
+        receiver_ = nullptr; // of a job that got no answer
     }
 }
 
@@ -115,9 +140,14 @@ void worker::serve(const job &job)
     ++served_;
     if (faults_.drop_every != 0 && served_ % faults_.drop_every == 0)
         return;
-    answer given = blade_->execute(job.asked);
+    deliver(execute(job.asked));
+}
+
+answer worker::execute(const request &asked)
+{
+    answer given = blade_->execute(asked);
     apply(faults_, given);
-    deliver(given);
+    return given;
 }
 
 void worker::deliver(const answer &given)

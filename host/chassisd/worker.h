@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 
 #include "chassisd/blade.h"
@@ -31,6 +32,10 @@ class worker
     worker(std::unique_ptr<blade> served, const fault_config &faults);
     ~worker();
 
+    // The answer of a blade that has nothing else to do and will not keep the caller waiting: it
+    // saves waking the worker's thread. None of any other, which has to be posted a job.
+    std::optional<answer> answer_at_once(const request &asked);
+
     // Queues a job; false when the queue is full.
     bool post(job job);
 
@@ -47,17 +52,21 @@ class worker
   private:
     void run();
     void serve(const job &job);
+    answer execute(const request &asked);
     void deliver(const answer &given);
     job::receiver take_receiver();
     bool pause(std::chrono::milliseconds time);
 
     std::unique_ptr<blade> blade_;
-    fault_config faults_;
+    const fault_config faults_;
+    const bool at_once_;
     uint32_t served_ = 0;
     std::mutex mutex_;
     std::condition_variable changed_;
     std::deque<job> queue_;
     job::receiver receiver_; // of the job under way; whoever answers it takes it
+    bool busy_ = false;      // with the blade, outside the lock
+    bool overtaken_ = false; // the blade was used since its idle period was asked for
     bool stopping_ = false;
     std::atomic<bool> ended_{false};
     std::thread thread_;

@@ -49,6 +49,10 @@ def test_serves_also_when_nobody_waits_for_its_readiness_any_more(environment):
         env=environment,
     )
     os.close(write_end)
+    socket_file = pathlib.Path(environment["RUK_RUNTIME_DIR"]) / "ipmi.sock"
+    give_up = time.monotonic() + 30
+    while not socket_file.exists() and time.monotonic() < give_up:
+        time.sleep(0.01)
     with pytest.raises(subprocess.TimeoutExpired):
         daemon.wait(timeout=0.5)
     daemon.terminate()

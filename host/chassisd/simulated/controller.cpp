@@ -109,6 +109,8 @@ class controller final : public blade
         return given;
     }
 
+    bool answers_at_once() const override { return true; }
+
     void idle() override { catch_up_with_time(); }
 
     std::chrono::milliseconds idle_period() const override
