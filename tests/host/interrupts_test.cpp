@@ -107,6 +107,17 @@ TEST(Interrupts, WakeAProcessThatRegisteredForTheirEvent)
     });
 }
 
+TEST(Interrupts, ComeWhenABladeChangesByItselfThoughNobodyAsksAgain)
+{
+    in_own_process([] {
+        const chassis_daemon served(two_blades);
+        ipmi_response response;
+        EXPECT_EQ(0u, ask(1, 0x0001, {}, response)); // it has been asked before, and waits
+        command(1, 0x0002, {0x05});                  // shut down, which takes a second
+        EXPECT_EQ((std::vector<told>{{blade_event::powered_off, 1}}), ring_reader().next(1));
+    });
+}
+
 TEST(Interrupts, ThatCannotBeDeliveredHoldUpNoBlade)
 {
     in_own_process([] {
