@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 int invalid_param()
@@ -64,4 +64,4 @@ int command::fetch(void *out, size_t count)
     return result;
 }
 
-} // namespace gnu::visibility("hidden")]]ruk
+} // namespace ruk

@@ -12,7 +12,7 @@
 
 #include "commands/frame.h"
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 constexpr uint32_t oem_parameter = 0x30D0;
@@ -77,6 +77,6 @@ struct read_parameter : command {
     }
 };
 
-} // namespace gnu::visibility("hidden")]]ruk
+} // namespace ruk
 
 #endif

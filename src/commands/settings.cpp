@@ -16,16 +16,27 @@ static_assert(sizeof(power_thermal_request) == 488 && offsetof(power_thermal_req
 
 // Power and thermal management.
 
+namespace
+{
+
+// The length that is told is the body's.
+int manage_power_thermal(const blade_location *location, uint8_t op, uint8_t param, uint16_t offset,
+                         block body, uint8_t resp[10])
+{
+    return command(location, 0x30CE, op, param, le16{static_cast<uint16_t>(body.length)},
+                   le16{offset}, body)
+        .fetch(resp, 10);
+}
+
+} // namespace
+
 int ipmi_location_process_power_thermal_mgmt(const blade_location *location,
                                              const power_thermal_request *req, uint8_t resp[10])
 {
     if (!req || !resp || !location)
         return invalid_param();
-    command process(location, 0x30CE, req->op, req->param, le16{req->len}, le16{req->offset},
-                    block{req->body, req->len});
-    const int result = process.exchange();
-    memcpy(resp, process.response.data, 10);
-    return result;
+    return manage_power_thermal(location, req->op, req->param, req->offset,
+                                block{req->body, req->len}, resp);
 }
 
 int ipmi_process_power_thermal_mgmt(int blade_num, const power_thermal_request *req,
@@ -66,25 +77,27 @@ uint8_t code_of_text(uint32_t attr_id)
 int ipmi_location_set_physical_location(const blade_location *location, uint8_t param_b,
                                         uint32_t attr_id, const char *value)
 {
-    power_thermal_request req{};
-    req.param = 0x01;
-    uint8_t *body = req.body;
+    constexpr uint8_t physical_location = 0x01;
+    constexpr size_t text_head = 7;
+    uint8_t body[text_head + longest_value] = {};
+    size_t length = 0;
     body[3] = param_b;
     body[4] = location->slot_id;
     body[5] = static_cast<uint8_t>(_gPlatInfo()[PLAT_INFO_LOCATION]);
     if (const uint8_t code = code_of_text(attr_id)) {
-        const size_t length = strlen(value);
-        bounded_copy(body + 7, longest_value, value, length, "the physical location's value");
-        req.len = static_cast<uint16_t>(length + 7);
+        const size_t text_length = strlen(value);
+        bounded_copy(body + text_head, longest_value, value, text_length,
+                     "the physical location's value");
+        length = text_head + text_length;
         body[2] = code;
-        body[6] = static_cast<uint8_t>(length);
+        body[6] = static_cast<uint8_t>(text_length);
     } else if (attr_id == numeric_attribute) {
-        req.len = 6;
+        length = 6;
         body[3] = static_cast<uint8_t>(strtol(value, nullptr, 10));
     } // any other: a header alone
-    store_le16(body, req.len);
+    store_le16(body, static_cast<uint16_t>(length));
     uint8_t resp[10];
-    return ipmi_location_process_power_thermal_mgmt(location, &req, resp);
+    return manage_power_thermal(location, 0x00, physical_location, 0, block{body, length}, resp);
 }
 
 // Messages of the LCD.

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <cstring>
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 inline uint16_t load_le16(const uint8_t *from)

@@ -28,7 +28,7 @@ static_assert(sizeof(ipmi_response) == 512 && offsetof(ipmi_response, msg_type) 
               offsetof(ipmi_response, comp_code) == 0x14 &&
               offsetof(ipmi_response, data_len) == 0x18 && offsetof(ipmi_response, data) == 0x1C);
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 uint32_t null_record()

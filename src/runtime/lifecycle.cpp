@@ -8,7 +8,7 @@
 #include "runtime/threads.h"
 #include "runtime/words.h"
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 lib_state ipmi_lib_state;

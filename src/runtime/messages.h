@@ -4,7 +4,10 @@
 
 #include "ruk_ipmi/types.h"
 
-namespace [[gnu::visibility("hidden")]] ruk
+// Nothing here is exported, so calls need no indirection.
+#pragma GCC visibility push(hidden)
+
+namespace ruk
 {
 
 // Refuses a call without a request, or without a place for its answer.
@@ -15,5 +18,7 @@ uint32_t null_record();
 uint32_t send_request(ipmi_request *request, uint32_t *index);
 
 } // namespace ruk
+
+#pragma GCC visibility pop
 
 #endif

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdio>
+#include <cstring>
 
 #include "platform/log.h"
 #include "platform/os.h"
@@ -23,10 +24,13 @@ struct object_name {
 
     object_name(const char *name, uint32_t per_thread)
     {
-        if (per_thread != 0)
+        if (per_thread != 0) {
             snprintf(text, sizeof text, "%s-%d", name, ruk::thread_number());
-        else
-            snprintf(text, sizeof text, "%s", name);
+            return;
+        }
+        const size_t length = strnlen(name, sizeof text - 1);
+        memcpy(text, name, length);
+        text[length] = '\0';
     }
 };
 

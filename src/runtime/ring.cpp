@@ -4,6 +4,7 @@
 #include "ruk_ipmi/ring.h"
 
 #include <cstddef>
+#include <iterator>
 
 #include "platform/log.h"
 #include "platform/message_service.h"
@@ -58,9 +59,14 @@ uint32_t slot(uint32_t number)
 template <typename Visit>
 void walk(ipmi_shm *shm, Visit visit)
 {
-    uint32_t at = slot(load(shm->next_slot));
-    for (int i = 0; i < IPMI_RING_SLOTS && !visit(shm->ring[at]); ++i)
-        at = slot(at + 1);
+    const auto run = [&visit](ipmi_interrupt *at, const ipmi_interrupt *end) {
+        while (at != end && !visit(*at))
+            ++at;
+        return at != end;
+    };
+    ipmi_interrupt *const oldest = shm->ring + slot(load(shm->next_slot));
+    if (!run(oldest, std::end(shm->ring)))
+        run(shm->ring, oldest);
 }
 
 // Gives the interrupts in the ring the numbers 1, 2, ... in their order.

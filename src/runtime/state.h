@@ -11,7 +11,10 @@
 #include "ruk_ipmi/list.h"
 #include "ruk_ipmi/ring.h"
 
-namespace [[gnu::visibility("hidden")]] ruk
+// Nothing here is exported, so calls need no indirection.
+#pragma GCC visibility push(hidden)
+
+namespace ruk
 {
 
 struct lib_state {
@@ -54,5 +57,7 @@ uint32_t create_callback_thread();
 void clean_up();
 
 } // namespace ruk
+
+#pragma GCC visibility pop
 
 #endif

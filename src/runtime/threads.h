@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <pthread.h>
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 inline uintptr_t thread_identifier()

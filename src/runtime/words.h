@@ -3,7 +3,7 @@
 #ifndef RUK_RUNTIME_WORDS_H
 #define RUK_RUNTIME_WORDS_H
 
-namespace [[gnu::visibility("hidden")]] ruk
+namespace ruk
 {
 
 template <typename Word>
