@@ -10,11 +10,11 @@
 #include <atomic>
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <mutex>
 #include <pthread.h>
 #include <sys/socket.h>
 #include <sys/time.h>
-#include <sys/uio.h>
 #include <unistd.h>
 
 #include "platform/directory.h"
@@ -99,11 +99,12 @@ void start_afresh()
 const int at_fork =
     pthread_atfork([] { here.mutex.lock(); }, [] { here.mutex.unlock(); }, start_afresh);
 
+// To a few milliseconds, of which a tick has more: that is read in no time.
 uint64_t now_ms()
 {
-    using namespace std::chrono;
-    return static_cast<uint64_t>(
-        duration_cast<milliseconds>(monotonic::now().time_since_epoch()).count());
+    timespec now{};
+    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+    return static_cast<uint64_t>(now.tv_sec) * 1000 + static_cast<uint64_t>(now.tv_nsec) / 1000000;
 }
 
 uint32_t connect_service(connection &link)
@@ -126,41 +127,39 @@ uint32_t connect_service(connection &link)
     return 0;
 }
 
-bool send_frame(const connection &link, frame_header header, const void *record, uint32_t length)
+bool send_frame(const connection &link, const request_frame &frame, size_t size)
 {
-    iovec parts[] = {{&header, sizeof header}, {const_cast<void *>(record), length}};
-    msghdr frame{};
-    frame.msg_iov = parts;
-    frame.msg_iovlen = 2;
     ssize_t sent;
     do
-        sent = sendmsg(link.fd, &frame, MSG_NOSIGNAL);
+        sent = send(link.fd, &frame, size, MSG_NOSIGNAL);
     while (sent < 0 && errno == EINTR);
     return sent >= 0;
 }
 
+// Called under the lock.
 connection take_idle()
 {
-    const std::lock_guard lock(here.mutex);
     return here.idle_count == 0 ? connection{} : here.idle[--here.idle_count];
 }
 
-// Sends on an idle connection, or on a new one when there is none that still works: the daemon may
-// have been restarted since.
-uint32_t send_on_some_connection(connection &link, const frame_header &header, const void *record,
-                                 uint32_t length)
+// Sends on the idle connection that it is given, on another one, or on a new one when there is none
+// that still works: the daemon may have been restarted since.
+uint32_t send_on_some_connection(connection &link, const request_frame &frame, size_t size)
 {
-    while ((link = take_idle()).fd >= 0) {
-        if (send_frame(link, header, record, length))
+    while (link.fd >= 0) {
+        if (send_frame(link, frame, size))
             return 0;
         close(link.fd);
+        const std::lock_guard lock(here.mutex);
+        link = take_idle();
     }
     const uint32_t rc = connect_service(link);
     if (rc != 0)
         return rc;
-    if (send_frame(link, header, record, length))
+    if (send_frame(link, frame, size))
         return 0;
     close(link.fd);
+    link = connection{};
     return RUK_MSG_SERVICE_GONE;
 }
 
@@ -170,6 +169,7 @@ message *begin_message(message &at)
     here.generation = here.generation % 0xFFFFFF + 1;
     at = message{};
     at.index = here.generation << 8 | static_cast<uint32_t>(&at - here.messages);
+    at.link = take_idle();
     at.receiving = true;
     return &at;
 }
@@ -310,9 +310,10 @@ uint32_t send_ruk_command(uint32_t component, const void *msg, uint32_t length, 
     if (!sent)
         return RUK_MSG_TOO_MANY;
 
-    connection link;
-    const frame_header header = {frame_magic, sent->index, component, 0};
-    const uint32_t rc = send_on_some_connection(link, header, msg, length);
+    request_frame frame;
+    frame.header = {frame_magic, sent->index, component, 0};
+    memcpy(&frame.record, msg, length);
+    const uint32_t rc = send_on_some_connection(sent->link, frame, sizeof frame.header + length);
     if (rc != 0) {
         release(*sent, false);
         return rc;
@@ -321,7 +322,6 @@ uint32_t send_ruk_command(uint32_t component, const void *msg, uint32_t length, 
     ++mine.unanswered;
     const std::lock_guard lock(here.mutex);
     sent->asked_ms = now_ms();
-    sent->link = link;
     sent->thread = thread_number();
     sent->depth = mine.depth;
     sent->receiving = false;

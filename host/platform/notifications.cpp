@@ -44,6 +44,7 @@ struct service {
     notification_counters *counters = nullptr; // known to whoever has registered once
     bool has_thread = false;
     std::atomic<uint32_t> calling{0}; // the handle whose hook runs
+    std::atomic<uint32_t> leaving{0}; // those who wait until theirs does not
 };
 
 // Never destroyed: its thread may outlive the end of main.
@@ -87,7 +88,8 @@ void call(std::unique_lock<std::mutex> &lock, uint32_t handle, os_notify_hook ho
     hook(0, type);
     lock.lock();
     here.calling = 0;
-    futex_wake_all(here.calling);
+    if (here.leaving != 0)
+        futex_wake_all(here.calling);
 }
 
 // Tells every hook once of each of its types that was posted since. A hook may register and
@@ -138,6 +140,7 @@ void go_on_in_child()
 {
     if (!is_delivery_thread) {
         here.calling = 0;
+        here.leaving = 0;
         here.has_thread = false;
         if (anybody_registered() && start_thread() != 0)
             slog_elog("no thread for notifications after a fork\n");
@@ -237,8 +240,10 @@ uint32_t os_notify_unregister(os_notify_handle handle)
 {
     const uint32_t rc = forget(handle);
     // Whoever is second waits too; a hook would wait for itself.
+    ++here.leaving;
     while (!is_delivery_thread && handle != 0 && here.calling == handle)
         futex_wait(here.calling, static_cast<uint32_t>(handle), never);
+    --here.leaving;
     return rc;
 }
 
