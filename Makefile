@@ -3,7 +3,7 @@
 BUILD := build/native
 JOBS := $(shell nproc)
 
-.PHONY: all demo test format clean
+.PHONY: all demo test bench format clean
 
 all:
 	@scripts/install-dependencies build
@@ -19,6 +19,11 @@ demo: all
 test:
 	@scripts/install-dependencies all
 	@scripts/test
+
+# What everything costs, beside its peers, in one table.
+bench:
+	@scripts/install-dependencies bench
+	@scripts/bench
 
 format:
 	@scripts/install-dependencies format
