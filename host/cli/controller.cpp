@@ -1,8 +1,7 @@
 // A blade's controller: what it is, what it can do, and how far its discovery is.
 
-#include <freeipmi/freeipmi.h>
-
 #include "cli/command_tree.h"
+#include "cli/freeipmi.h"
 #include "cli/names.h"
 #include "cli/output.h"
 #include "cli/readers.h"
@@ -25,7 +24,7 @@ const request_name send_eight = {0x30C3, "Send Feature"};
 json manufacturer(uint32_t number)
 {
     char text[256] = "";
-    if (ipmi_iana_enterprise_numbers_string(number, text, sizeof text) <= 0)
+    if (FREEIPMI(ipmi_iana_enterprise_numbers_string)(number, text, sizeof text) <= 0)
         return nullptr;
     return printable(text);
 }

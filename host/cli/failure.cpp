@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
-#include <freeipmi/freeipmi.h>
 
+#include "cli/freeipmi.h"
 #include "cli/numbers.h"
 #include "platform/status.h"
 #include "ruk_ipmi/types.h"
@@ -29,12 +29,46 @@ std::string plain(std::string text)
     return text;
 }
 
+// The codes from 0xC0 on, which say the same of every command. They are at hand, since many a
+// command asks what a blade may refuse.
+constexpr uint8_t first_general_code = 0xC0;
+constexpr const char *general_codes[] = {
+    "node busy",
+    "invalid command",
+    "command invalid for given LUN",
+    "timeout while processing command",
+    "out of space",
+    "reservation canceled or invalid reservation ID",
+    "request data truncated",
+    "request data length invalid",
+    "request data field length limit exceeded",
+    "parameter out of range",
+    "cannot return number of requested data bytes",
+    "requested sensor, data, or record not present",
+    "invalid data field in request",
+    "command illegal for specified sensor or record type",
+    "command response could not be provided",
+    "cannot execute duplicated request",
+    "command response could not be provided: SDR repository in update mode",
+    "command response could not be provided: device in firmware update mode",
+    "command response could not be provided: controller is being initialized",
+    "destination unavailable",
+    "cannot execute command due to insufficient privilege level or other restriction",
+    "cannot execute command in present state",
+    "cannot execute command: it is disabled or unavailable",
+};
+
 std::string completion_code_name(uint16_t netfn_cmd, uint8_t code)
 {
+    if (code >= first_general_code &&
+        static_cast<size_t>(code - first_general_code) < std::size(general_codes))
+        return general_codes[code - first_general_code];
+    if (code == IPMI_COMP_CODE_UNSPECIFIED_ERROR)
+        return "unspecified error";
     char text[IPMI_ERR_STR_MAX_LEN] = "";
     const auto netfn = static_cast<uint8_t>(netfn_cmd >> 8);
     const auto command = static_cast<uint8_t>(netfn_cmd);
-    if (ipmi_completion_code_strerror_r(command, netfn, code, text, sizeof text) != 0 ||
+    if (FREEIPMI(ipmi_completion_code_strerror_r)(command, netfn, code, text, sizeof text) != 0 ||
         std::string(text).find("No error message") == 0)
         return "a code of this command's own";
     return plain(text);

@@ -10,8 +10,7 @@ const request_name get_fru_info = {0x0A10, "Get FRU Inventory Area Info"};
 const request_name read_fru = {0x0A11, "Read FRU Data"};
 const request_name write_fru = {0x0A12, "Write FRU Data"};
 
-constexpr size_t longest_read = 64; // bytes
-constexpr size_t longest_write = 32;
+constexpr size_t longest_write = 32; // bytes
 
 } // namespace
 
@@ -60,13 +59,14 @@ bytes fru_device::read(size_t offset, size_t length, const watcher &watch) const
     const size_t first = offset / unit();
     const size_t last = (offset + length + unit() - 1) / unit();
     bytes found;
-    in_stretches(last - first, longest_read / unit(), [&](size_t done, size_t count) {
+    const auto read_some = [&](size_t done, size_t count) {
         const bytes part = read_stretch(first + done, count);
         found.insert(found.end(), part.begin(), part.end());
         if (watch)
             watch(found.size());
         return part.size() / unit();
-    });
+    };
+    longest_read_ = in_stretches(last - first, longest_read_ / unit(), read_some) * unit();
     found.erase(found.begin(), found.begin() + static_cast<ptrdiff_t>(offset - first * unit()));
     found.resize(length);
     return found;

@@ -32,6 +32,7 @@ class fru_device
     const blade &at_;
     uint8_t id_;
     fru_area_info info_;
+    mutable size_t longest_read_ = 64; // bytes; less when the device refused as many
 };
 
 } // namespace cli

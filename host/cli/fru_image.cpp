@@ -1,10 +1,11 @@
 #include "cli/fru_image.h"
 
-#include <freeipmi/freeipmi.h>
+#include <algorithm>
 #include <numeric>
+#include <optional>
 
 #include "cli/output.h"
-#include "cli/parser.h"
+#include "cli/request.h"
 #include "cli/times.h"
 
 namespace cli
@@ -19,23 +20,22 @@ constexpr size_t block = 8;
 // Format version and length.
 constexpr size_t area_header_size = 2;
 
-constexpr size_t most_custom_fields = 16;
-
-using fields = std::vector<ipmi_fru_field_t>;
-
-// A thread's own: a context has room for one parse at a time.
-ipmi_fru_ctx_t context()
-{
-    static thread_local const auto made = kept(ipmi_fru_ctx_create(nullptr), ipmi_fru_ctx_destroy);
-    return made.get();
-}
-
 bool sums_up(const bytes &data)
 {
     return std::accumulate(data.begin(), data.end(), 0) % 256 == 0;
 }
 
-// Digits, two to a byte; the parser refuses every field of this encoding.
+// The four encodings of a field.
+
+std::string binary(const uint8_t *data, size_t length)
+{
+    std::string text;
+    for (size_t at = 0; at < length; ++at)
+        text += (at == 0 ? "" : " ") + hex(data[at]).substr(2) + "h";
+    return text;
+}
+
+// Digits, two to a byte.
 std::string bcd_plus(const uint8_t *data, size_t length)
 {
     static constexpr char digits[] = "0123456789 -.???";
@@ -47,96 +47,142 @@ std::string bcd_plus(const uint8_t *data, size_t length)
     return text;
 }
 
-json text(const ipmi_fru_field_t &field, uint8_t language)
+// Four characters in three bytes, lowest bits first, counted from the blank on.
+std::string six_bit(const uint8_t *data, size_t length)
 {
-    if (field.type_length_field_length == 0)
-        return nullptr;
-    constexpr uint8_t bcd_plus_type = 1;
-    if (field.type_length_field[0] >> 6 == bcd_plus_type)
-        return printable(bcd_plus(field.type_length_field + 1, field.type_length_field_length - 1));
-    // Text in a language that the parser cannot tell is shown as English, the format's first.
-    for (const uint8_t attempt : {language, uint8_t{IPMI_FRU_LANGUAGE_CODE_ENGLISH}}) {
-        char text[IPMI_FRU_AREA_STRING_MAX + 1] = "";
-        unsigned length = IPMI_FRU_AREA_STRING_MAX;
-        if (ipmi_fru_type_length_field_to_string(context(), field.type_length_field,
-                                                 field.type_length_field_length, attempt, text,
-                                                 &length) == 0)
-            return printable(text);
+    std::string text;
+    unsigned bits = 0;
+    unsigned count = 0;
+    for (size_t at = 0; at < length; ++at) {
+        bits |= static_cast<unsigned>(data[at]) << count;
+        for (count += 8; count >= 6; count -= 6, bits >>= 6)
+            text += static_cast<char>(' ' + (bits & 0x3F));
     }
-    return hex(field.type_length_field, field.type_length_field_length);
+    return text;
 }
 
-// The fields' texts under their names, then those that only their maker knows.
-void add_texts(json &told, const std::vector<const char *> &names, const fields &found,
-               uint8_t language)
+// Text that is not English may have two bytes to a character; it is shown byte by byte all the
+// same.
+std::string eight_bit(const uint8_t *data, size_t length)
 {
-    for (size_t at = 0; at < names.size(); ++at)
-        told[names[at]] = text(found[at], language);
-    json custom = json::array();
-    for (size_t at = names.size(); at < found.size(); ++at)
-        if (found[at].type_length_field_length != 0)
-            custom.push_back(text(found[at], language));
-    told["custom"] = custom;
+    return std::string(data, std::find(data, data + length, 0));
 }
 
-// The parsers take what stands between an area's header and its end.
+using decoder = std::string (*)(const uint8_t *data, size_t length);
+constexpr decoder decoders[] = {binary, bcd_plus, six_bit, eight_bit};
 
-json chassis_area(const uint8_t *data, unsigned length)
+// An area's fields from one of its bytes on, up to the mark behind them, as texts. Nothing, where
+// they run past the area's end, or it comes before there are `least` of them and no mark.
+std::optional<std::vector<json>> fields_from(size_t first, const bytes &area, size_t least)
 {
-    uint8_t type = 0;
-    fields found(2 + most_custom_fields);
-    if (ipmi_fru_chassis_info_area(context(), data, length, &type, &found[0], &found[1], &found[2],
-                                   most_custom_fields) < 0)
-        return nullptr;
-    json told;
-    told["type"] =
-        IPMI_FRU_CHASSIS_TYPE_VALID(type) ? ipmi_fru_chassis_types[type] : "type " + hex(type);
-    add_texts(told, {"part_number", "serial_number"}, found, IPMI_FRU_LANGUAGE_CODE_ENGLISH);
-    return told;
+    constexpr uint8_t end_mark = 0xC1;
+    std::vector<json> found;
+    size_t at = first;
+    while (at < area.size() && area[at] != end_mark) {
+        const decoder decode = decoders[area[at] >> 6];
+        const size_t length = area[at] & 0x3F;
+        ++at;
+        if (at + length > area.size())
+            return std::nullopt;
+        found.emplace_back(printable(decode(area.data() + at, length)));
+        at += length;
+    }
+    if (at == area.size() && found.size() < least)
+        return std::nullopt;
+    return found;
 }
 
-json board_area(const uint8_t *data, unsigned length)
+// From 1 on.
+constexpr const char *chassis_types[] = {
+    "Other",
+    "Unknown",
+    "Desktop",
+    "Low Profile Desktop",
+    "Pizza Box",
+    "Mini Tower",
+    "Tower",
+    "Portable",
+    "LapTop",
+    "Notebook",
+    "Hand Held",
+    "Docking Station",
+    "All in One",
+    "Sub Notebook",
+    "Space-saving",
+    "Lunch Box",
+    "Main Server Chassis",
+    "Expansion Chassis",
+    "SubChassis",
+    "Bus Expansion Chassis",
+    "Peripheral Chassis",
+    "RAID Chassis",
+    "Rack Mount Chassis",
+    "Sealed-case PC",
+    "Multi-system chassis",
+    "Compact PCI",
+    "Advanced TCA",
+    "Blade",
+    "Blade Enclosure",
+};
+
+json chassis_type(const bytes &area)
 {
-    uint8_t language = 0;
-    uint32_t made = 0;
-    fields found(5 + most_custom_fields);
-    if (ipmi_fru_board_info_area(context(), data, length, &language, &made, &found[0], &found[1],
-                                 &found[2], &found[3], &found[4], &found[5],
-                                 most_custom_fields) < 0)
-        return nullptr;
+    const uint8_t type = area[2];
+    const bool known = type >= 1 && type <= std::size(chassis_types);
+    return {{"type", known ? chassis_types[type - 1] : "type " + hex(type)}};
+}
+
+json board_date(const bytes &area)
+{
     // The format counts minutes from 1996 on and keeps the first of them for "not known".
     constexpr uint32_t start_of_1996 = 820454400;
-    json told;
-    told["made"] = made == start_of_1996 ? "unspecified" : format_time(made, true);
-    add_texts(told, {"manufacturer", "product_name", "serial_number", "part_number", "fru_file_id"},
-              found, language);
-    return told;
+    const uint32_t minutes = load_le16(&area[3]) | static_cast<uint32_t>(area[5]) << 16;
+    return {
+        {"made", minutes == 0 ? "unspecified" : format_time(start_of_1996 + minutes * 60, true)}};
 }
 
-json product_area(const uint8_t *data, unsigned length)
+json nothing_more(const bytes &)
 {
-    uint8_t language = 0;
-    fields found(7 + most_custom_fields);
-    if (ipmi_fru_product_info_area(context(), data, length, &language, &found[0], &found[1],
-                                   &found[2], &found[3], &found[4], &found[5], &found[6], &found[7],
-                                   most_custom_fields) < 0)
-        return nullptr;
-    json told = json::object();
-    add_texts(told,
-              {"manufacturer", "product_name", "part_number", "version", "serial_number",
-               "asset_tag", "fru_file_id"},
-              found, language);
-    return told;
+    return json::object();
 }
 
 struct area_kind {
     const char *name;
     size_t pointer; // byte of the common header that tells where the area is
-    json (*parse)(const uint8_t *data, unsigned length);
+    json (*begin)(const bytes &area);
+    size_t first_field;
+    std::vector<const char *> fields; // behind them come those that only their maker knows
 };
 
-constexpr area_kind areas[] = {
-    {"chassis", 2, chassis_area}, {"board", 3, board_area}, {"product", 4, product_area}};
+const area_kind areas[] = {
+    {"chassis", 2, chassis_type, 3, {"part_number", "serial_number"}},
+    {"board",
+     3,
+     board_date,
+     6,
+     {"manufacturer", "product_name", "serial_number", "part_number", "fru_file_id"}},
+    {"product",
+     4,
+     nothing_more,
+     3,
+     {"manufacturer", "product_name", "part_number", "version", "serial_number", "asset_tag",
+      "fru_file_id"}},
+};
+
+json read_area(const area_kind &kind, const bytes &area)
+{
+    const size_t named = kind.fields.size();
+    const auto found = fields_from(kind.first_field, area, named);
+    if (!found)
+        return {{"error", "cannot be read: its fields do not end within it"}};
+    json told = kind.begin(area);
+    for (size_t at = 0; at < named; ++at)
+        told[kind.fields[at]] = at < found->size() ? (*found)[at] : json();
+    told["custom"] = json::array();
+    for (size_t at = named; at < found->size(); ++at)
+        told["custom"].push_back((*found)[at]);
+    return told;
+}
 
 constexpr size_t multirecord_pointer = 5;
 
@@ -148,10 +194,7 @@ json area_fields(const area_kind &kind, size_t offset, size_t size, const fru_re
     if (length <= area_header_size || offset + length > size)
         return {{"error", "is longer than the device"}};
     const bytes area = read(offset, length);
-    json told = kind.parse(area.data() + area_header_size,
-                           static_cast<unsigned>(area.size() - area_header_size));
-    if (told.is_null())
-        told = {{"error", std::string("cannot be read: ") + ipmi_fru_ctx_errormsg(context())}};
+    json told = read_area(kind, area);
     told["checksum"] = sums_up(area) ? "right" : "wrong";
     return told;
 }

@@ -116,9 +116,10 @@ auto under_reservation(uint16_t &reservation, Reserve reserve, Use use)
 }
 
 // Transfers `total` units by `move(offset, count)`, which returns how many it moved. Begins with
-// stretches of `longest` units and halves them when the blade finds one too long.
+// stretches of `longest` units and halves them when the blade finds one too long. Returns how long
+// they were in the end.
 template <typename Move>
-void in_stretches(size_t total, size_t longest, Move move)
+size_t in_stretches(size_t total, size_t longest, Move move)
 {
     for (size_t done = 0; done < total;) {
         const size_t count = std::min(longest, total - done);
@@ -134,6 +135,7 @@ void in_stretches(size_t total, size_t longest, Move move)
             longest = count / 2;
         }
     }
+    return longest;
 }
 
 inline uint16_t load_le16(const uint8_t *from)

@@ -1,7 +1,6 @@
 #include "cli/sdr_record.h"
 
-#include <freeipmi/freeipmi.h>
-
+#include "cli/freeipmi.h"
 #include "cli/output.h"
 #include "cli/parser.h"
 
@@ -13,7 +12,7 @@ namespace
 
 ipmi_sdr_ctx_t context()
 {
-    static const auto made = kept(ipmi_sdr_ctx_create(), ipmi_sdr_ctx_destroy);
+    static const auto made = kept(FREEIPMI(ipmi_sdr_ctx_create)(), FREEIPMI(ipmi_sdr_ctx_destroy));
     return made.get();
 }
 
@@ -60,8 +59,8 @@ json name(const bytes &record)
 {
     char text[IPMI_SDR_MAX_SENSOR_NAME_LENGTH + 1] = "";
     constexpr unsigned room = sizeof text - 1;
-    if (!parse(record, ipmi_sdr_parse_id_string, text, room) &&
-        !parse(record, ipmi_sdr_parse_device_id_string, text, room))
+    if (!parse(record, FREEIPMI(ipmi_sdr_parse_id_string), text, room) &&
+        !parse(record, FREEIPMI(ipmi_sdr_parse_device_id_string), text, room))
         return nullptr;
     return printable(text);
 }
@@ -69,9 +68,9 @@ json name(const bytes &record)
 json sensor_type(const bytes &record)
 {
     uint8_t type = 0;
-    if (!parse(record, ipmi_sdr_parse_sensor_type, &type))
+    if (!parse(record, FREEIPMI(ipmi_sdr_parse_sensor_type), &type))
         return nullptr;
-    const char *known = ipmi_get_sensor_type_string(type);
+    const char *known = FREEIPMI(ipmi_get_sensor_type_string)(type);
     return known ? known : "type " + hex(type);
 }
 
@@ -81,10 +80,11 @@ json entity(const bytes &record)
     uint8_t id = 0;
     uint8_t instance = 0;
     uint8_t instance_type = 0;
-    if (!parse(record, ipmi_sdr_parse_entity_id_instance_type, &id, &instance, &instance_type) &&
-        !parse(record, ipmi_sdr_parse_fru_entity_id_and_instance, &id, &instance))
+    if (!parse(record, FREEIPMI(ipmi_sdr_parse_entity_id_instance_type), &id, &instance,
+               &instance_type) &&
+        !parse(record, FREEIPMI(ipmi_sdr_parse_fru_entity_id_and_instance), &id, &instance))
         return nullptr;
-    const char *known = ipmi_get_entity_id_string(id);
+    const char *known = FREEIPMI(ipmi_get_entity_id_string)(id);
     return (known ? known : "entity " + hex(id)) + (" " + std::to_string(instance));
 }
 
@@ -102,12 +102,12 @@ json sdr_summary(const bytes &record)
 {
     uint16_t id = 0;
     uint8_t type = 0;
-    parse(record, ipmi_sdr_parse_record_id_and_type, &id, &type);
+    parse(record, FREEIPMI(ipmi_sdr_parse_record_id_and_type), &id, &type);
     return {{"id", hex(id)},
             {"type", type_name(type)},
             {"name", name(record)},
             {"sensor_type", sensor_type(record)},
-            {"sensor", byte(record, ipmi_sdr_parse_sensor_number)},
+            {"sensor", byte(record, FREEIPMI(ipmi_sdr_parse_sensor_number))},
             {"entity", entity(record)}};
 }
 
@@ -117,9 +117,9 @@ json sdr_details(const bytes &record)
     uint8_t owner_type = 0;
     uint8_t owner = 0;
     fields["owner"] = nullptr;
-    if (parse(record, ipmi_sdr_parse_sensor_owner_id, &owner_type, &owner))
+    if (parse(record, FREEIPMI(ipmi_sdr_parse_sensor_owner_id), &owner_type, &owner))
         fields["owner"] = hex(static_cast<uint8_t>(owner << 1 | owner_type));
-    fields["event_type"] = byte(record, ipmi_sdr_parse_event_reading_type_code);
+    fields["event_type"] = byte(record, FREEIPMI(ipmi_sdr_parse_event_reading_type_code));
     fields["record"] = hex(record);
     return fields;
 }

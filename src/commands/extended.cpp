@@ -112,7 +112,7 @@ int ipmi_location_set_ext_cmd_indexed(const blade_location *location, uint8_t co
         const bool is_last = offset + count == length;
         request.data_len = enterprise_number;
         append(request, handle, command, index, le16{static_cast<uint16_t>(offset)}, is_last,
-                   block{data + offset, count});
+               block{data + offset, count});
         result = transfer.exchange();
         if (transfer.refused())
             return result;

@@ -167,6 +167,10 @@ def test_help_at_every_level_fits_80_columns(ruk_ipmi, command):
     assert max(map(len, text.splitlines())) <= 80
 
 
+def test_the_tools_own_help_lists_every_noun_whatever_else_is_typed(ruk_ipmi):
+    assert ruk_ipmi.text("-h", "--", "sel") == ruk_ipmi.text("-h")
+
+
 def test_global_options_may_stand_before_or_behind_the_command(ruk_ipmi, chassis):
     before = ruk_ipmi.text("-b", "1", "--utc", "sel", "list")
     assert before == ruk_ipmi.text("sel", "list", "-b", "1", "--utc")

@@ -1,0 +1,42 @@
+// The words that the tool knows, and what was typed of them.
+#ifndef RUK_HOST_CLI_VOCABULARY_H
+#define RUK_HOST_CLI_VOCABULARY_H
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <set>
+#include <string_view>
+
+#include "cli/command_tree.h"
+#include "cli/output.h"
+
+namespace cli
+{
+
+struct options {
+    std::vector<blade_location> blades;
+    cli::format format = format::for_people;
+    bool utc = false;
+    int verbosity = 0;
+};
+
+using noun_names = std::set<std::string_view>;
+
+noun_names all_nouns();
+
+// Those among the arguments, or all where none is. No other can be meant, and to declare every
+// command takes longer than most commands take to run.
+noun_names nouns_in(int argc, char **argv);
+
+struct vocabulary {
+    // The commands of these nouns.
+    explicit vocabulary(const noun_names &nouns);
+
+    CLI::App app;
+    options chosen;
+    std::shared_ptr<command> typed = std::make_shared<command>();
+};
+
+} // namespace cli
+
+#endif
