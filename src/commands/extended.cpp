@@ -38,7 +38,7 @@ int ipmi_location_get_ext_cmd_indexed(const blade_location *location, uint8_t co
         return invalid_param();
     *out = {};
     out->total = not_begun;
-    extended_command get(location, 0x2E02, 0x00, command, index, le16{0}, 0x00);
+    extended_command get(location, 0x2E02, 0x00, command, index, zeros{3});
     const uint8_t *answer = get.response.data;
     int remaining = not_begun;
     int retries = 0;

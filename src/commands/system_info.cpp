@@ -163,11 +163,9 @@ struct system_info_read : command {
     // Keeps what fits the caller's record.
     void keep(uint32_t at, uint32_t from, uint32_t count)
     {
-        constexpr uint32_t room = sizeof out->value;
-        constexpr uint32_t answered = sizeof response.data;
+        constexpr uint32_t room = sizeof out->value; // an answer has more behind any `from`
         if (at < room)
-            memcpy(out->value + at, response.data + from,
-                   std::min({count, room - at, answered - from}));
+            memcpy(out->value + at, response.data + from, std::min(count, room - at));
     }
 
     int read_text(layout kind)
