@@ -42,9 +42,6 @@ uint32_t put(ipmi_request &request, uint32_t at, padded field)
 }
 
 command::command(const blade_location *location, uint32_t netfn_cmd)
-    : request{},
-      response{},
-      status(0)
 {
     request.location = *location;
     request.netfn_cmd = netfn_cmd;

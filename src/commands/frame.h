@@ -120,9 +120,9 @@ void append(ipmi_request &request, Fields... fields)
 
 // One command to one blade: both records, cleared once, and the status of the last exchange.
 struct command {
-    ipmi_request request;
-    ipmi_response response;
-    uint32_t status;
+    ipmi_request request{};
+    ipmi_response response{};
+    uint32_t status = 0;
 
     // Without payload.
     command(const blade_location *location, uint32_t netfn_cmd);
