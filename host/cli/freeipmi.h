@@ -14,6 +14,6 @@ void *freeipmi_symbol(const char *name);
 } // namespace cli
 
 // Stands for a function or a table of FreeIPMI. A macro, since it needs the type and the name.
-#define FREEIPMI(name) (*reinterpret_cast<decltype(&name)>(cli::freeipmi_symbol(#name)))
+#define FREEIPMI(name) (*reinterpret_cast<decltype(&(name))>(cli::freeipmi_symbol(#name)))
 
 #endif
