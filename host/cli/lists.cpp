@@ -29,7 +29,7 @@ void parse_range(const std::string &item, int64_t least, int64_t most,
     const size_t dash = item.find('-');
     const int64_t first = parse_number(item.substr(0, dash), least, most);
     const int64_t last =
-        dash == item.npos ? first : parse_number(item.substr(dash + 1), least, most);
+        dash == std::string::npos ? first : parse_number(item.substr(dash + 1), least, most);
     if (last < first)
         throw usage_failure("the range runs backwards");
     for (int64_t number = first; number <= last; ++number)

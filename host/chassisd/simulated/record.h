@@ -39,8 +39,9 @@ inline void append(bytes &to, int byte)
 
 inline void append(bytes &to, le16 field)
 {
-    to.resize(to.size() + 2);
-    ruk::store_le16(&*to.end() - 2, field.value);
+    const size_t at = to.size();
+    to.resize(at + 2);
+    ruk::store_le16(to.data() + at, field.value);
 }
 
 inline void append(bytes &to, le24 field)
@@ -51,8 +52,9 @@ inline void append(bytes &to, le24 field)
 
 inline void append(bytes &to, le32 field)
 {
-    to.resize(to.size() + 4);
-    ruk::store_le32(&*to.end() - 4, field.value);
+    const size_t at = to.size();
+    to.resize(at + 4);
+    ruk::store_le32(to.data() + at, field.value);
 }
 
 inline void append(bytes &to, const bytes &block)
