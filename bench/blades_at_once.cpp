@@ -3,7 +3,6 @@
 // in nanoseconds of the round trips to the first COUNTED of them.
 
 #include <array>
-#include <atomic>
 
 #include "exchange.h"
 
@@ -15,23 +14,20 @@ namespace
 constexpr unsigned most_blades = 64;
 
 struct common {
-    std::atomic<unsigned> ready;
-    std::atomic<uint64_t> end_ns; // 0: not known yet
+    starting_line line;
     std::array<uint64_t, most_blades> median_ns;
 };
 
-uint64_t median_round_trip(common &all, uint8_t slot)
+uint64_t median_round_trip(common &all, uint64_t window_ns, uint8_t slot)
 {
     ask_blade(slot);
-    ++all.ready;
-    while (all.end_ns == 0)
-        pause_us(1000);
+    const uint64_t end = all.line.wait() + window_ns;
     std::vector<uint64_t> times;
     do {
         const uint64_t asked = now_ns();
         ask_blade(slot);
         times.push_back(now_ns() - asked);
-    } while (now_ns() < all.end_ns);
+    } while (now_ns() < end);
     return median(times);
 }
 
@@ -43,13 +39,12 @@ int main(int argc, char **argv)
         return 2;
     const unsigned asked = number(argv[1]);
     const unsigned counted = number(argv[2]);
+    const uint64_t window_ns = number(argv[3]) * 1'000'000ull;
     common &all = shared_with_children<common>();
     const auto asking = start(asked, [&](unsigned i) {
-        all.median_ns[i] = median_round_trip(all, static_cast<uint8_t>(i + 1));
+        all.median_ns[i] = median_round_trip(all, window_ns, static_cast<uint8_t>(i + 1));
     });
-    while (all.ready < asked)
-        pause_us(1000);
-    all.end_ns = now_ns() + number(argv[3]) * 1'000'000ull;
+    all.line.open_for(asked);
     wait_for_success(asking);
     const auto first = all.median_ns.begin();
     printf("%lu\n", static_cast<unsigned long>(median({first, first + counted})));

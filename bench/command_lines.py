@@ -8,7 +8,7 @@ import shutil
 import subprocess
 import tempfile
 
-from bridged import ALL_PROCESSORS, bridged_blade, sim
+from bridged import PLACES, bridged_blade, sim
 from measure import Curve, Row, interleaved, pinned, printed, program
 
 TIMES = 5
@@ -152,7 +152,7 @@ def floors(place, tools):
 
 def rows():
     found = []
-    for place, processors in [("one processor", "0"), ("all processors", ALL_PROCESSORS)]:
+    for place, processors in PLACES.items():
         with tools_on(processors) as tools:
             tools.blade.add_entries(ENTRIES)
             found.append(floors(place, tools))

@@ -1,7 +1,7 @@
 """One command to a real controller, through daemon and bridge, beside FreeIPMI that asks it from
 the process itself, and beside the packets alone. Both keep their session."""
 
-from bridged import ALL_PROCESSORS, bridged_blade, sim
+from bridged import PLACES, bridged_blade, sim
 from measure import Row, interleaved, pinned, printed, program
 
 COUNT = 3000
@@ -56,7 +56,7 @@ def compared(what, took, gated):
 
 def rows():
     found = []
-    for place, processors in [("one processor", "0"), ("all processors", ALL_PROCESSORS)]:
+    for place, processors in PLACES.items():
         with bridged_blade(processors) as blade:
             for name, command in COMMANDS.items():
                 took = round_trips(command, blade, processors)

@@ -4,6 +4,7 @@
 #define RUK_BENCH_PROCESSES_H
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
@@ -81,6 +82,30 @@ Record &shared_with_children()
     check(at != MAP_FAILED, "mmap");
     return *new (at) Record{};
 }
+
+// Where children wait, each ready for what it does, until all begin together; in memory that they
+// share.
+struct starting_line {
+    std::atomic<unsigned> ready;
+    std::atomic<uint64_t> begin_ns; // 0: not known yet
+
+    // Returns when the time has come: that time.
+    uint64_t wait()
+    {
+        ++ready;
+        while (begin_ns == 0 || now_ns() < begin_ns)
+            pause_us(1000);
+        return begin_ns;
+    }
+
+    // Lets them begin once so many wait.
+    void open_for(unsigned many)
+    {
+        while (ready < many)
+            pause_us(1000);
+        begin_ns = now_ns() + 20'000'000; // by then everybody has heard of it
+    }
+};
 
 inline unsigned number(const char *argument)
 {

@@ -1,5 +1,6 @@
 """The library alone, built for size: what is measured of it without being run."""
 
+import functools
 import subprocess
 
 import measure
@@ -20,6 +21,7 @@ def built(name, *options):
     return directory
 
 
+@functools.cache
 def for_powerpc():
     """With the compiler's own report of each function's stack and calls, which changes no code."""
     toolchain = measure.ROOT / f"cmake/toolchains/{TRIPLET}.cmake"
@@ -28,5 +30,6 @@ def for_powerpc():
     )
 
 
+@functools.cache
 def for_this_machine():
     return built("small")

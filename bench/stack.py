@@ -10,7 +10,7 @@ FRAME = re.compile(r"\\n(\d+) bytes \((.*?)\)")
 # A call by a pointer. In a file of commands that is a short form, by a blade's number, which calls
 # a form by location of the same file.
 POINTER = "__indirect_call"
-BY_LOCATION = "ipmi_location_"
+BY_LOCATION = ("ipmi_location_", "location_")
 
 
 class Calls:
@@ -36,7 +36,7 @@ class Calls:
             self.callees.setdefault(caller, set()).update(behind)
         self.frames.update(frames)
         if of_commands:
-            self.commands.update(name for name in frames if name.startswith("ipmi_"))
+            self.commands.update(name for name in frames if not name.startswith("_Z"))
 
     def defined(self, function):
         """The name under which a function is defined: a constructor is called by another."""

@@ -4,7 +4,6 @@
 // each client did, one per line.
 
 #include <array>
-#include <atomic>
 #include <cstring>
 
 #include "exchange.h"
@@ -18,8 +17,7 @@ namespace
 constexpr unsigned most_clients = 64;
 
 struct common {
-    std::atomic<unsigned> ready;
-    std::atomic<uint64_t> begin_ns; // 0: not known yet
+    starting_line line;
     std::array<unsigned, most_clients> done;
 };
 
@@ -29,12 +27,7 @@ unsigned done_in_window(common &all, uint64_t window_ns, Operation operation)
 {
     for (unsigned i = 0; i < 10; ++i)
         operation();
-    ++all.ready;
-    while (all.begin_ns == 0)
-        pause_us(1000);
-    while (now_ns() < all.begin_ns)
-        pause_us(1000);
-    const uint64_t end = all.begin_ns + window_ns;
+    const uint64_t end = all.line.wait() + window_ns;
     unsigned done = 0;
     while (operation(), now_ns() < end)
         ++done;
@@ -67,9 +60,7 @@ int main(int argc, char **argv)
                            : done_in_window(all, window_ns, [&] { ask(client_ends[i]); });
     });
 
-    while (all.ready < clients)
-        pause_us(1000);
-    all.begin_ns = now_ns() + 20'000'000; // by then everybody has heard of it
+    all.line.open_for(clients);
     wait_for_success(asking);
     stop(server);
     for (unsigned i = 0; i < clients; ++i)
