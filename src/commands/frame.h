@@ -39,8 +39,8 @@ int invalid_param();
 // Refuses an answer that is not as long as the command's must be.
 int bad_length();
 
-// Copies a caller's block of `length` bytes to where `room` bytes are left. A longer block is
-// the caller's error, after which nothing of the record could be trusted: it ends the process.
+// Copies a caller's block of `length` bytes to where `room` bytes are left. A longer block is the
+// caller's error, after which nothing of the record could be trusted: it ends the process.
 void bounded_copy(void *to, size_t room, const void *from, size_t length, const char *where);
 
 // Payload fields.
@@ -134,12 +134,12 @@ struct command {
         end_with(request, 0, fields...);
     }
 
-    // Sends the request as it stands and waits for the answer. The result: transport status,
-    // else completion code, else 0.
+    // Sends the request as it stands and waits for the answer. The result: transport status, else
+    // completion code, else 0.
     int exchange(uint32_t wait = usual_wait, uint32_t capacity = usual_capacity);
 
-    // The same, and hands over the answer's first bytes, from the completion code on, as they
-    // come and whatever the result.
+    // The same, and hands over the answer's first bytes, from the completion code on, as they come
+    // and whatever the result.
     int fetch(void *out, size_t count);
 
     template <typename Record>

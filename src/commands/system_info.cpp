@@ -241,8 +241,9 @@ struct system_info_read : command {
     }
 };
 
-// Makes the text of a value printable. That it could not all be converted only the log tells.
-void make_printable(sys_info_value *value, uint8_t encoding)
+// Makes the text of a value printable. That it could not all be converted only the log tells. Its
+// own text is not to be on the stack while a blade is asked.
+[[gnu::noinline]] void make_printable(sys_info_value *value, uint8_t encoding)
 {
     constexpr char name[] = "location_get_sys_info";
     constexpr uint32_t text_size = sizeof value->value;

@@ -37,11 +37,16 @@ inline void append(bytes &to, int byte)
     to.push_back(static_cast<uint8_t>(byte));
 }
 
+// Makes a record longer, and returns where the new bytes are.
+inline uint8_t *lengthen(bytes &record, size_t count)
+{
+    record.resize(record.size() + count);
+    return record.data() + record.size() - count;
+}
+
 inline void append(bytes &to, le16 field)
 {
-    const size_t at = to.size();
-    to.resize(at + 2);
-    ruk::store_le16(to.data() + at, field.value);
+    ruk::store_le16(lengthen(to, 2), field.value);
 }
 
 inline void append(bytes &to, le24 field)
@@ -52,9 +57,7 @@ inline void append(bytes &to, le24 field)
 
 inline void append(bytes &to, le32 field)
 {
-    const size_t at = to.size();
-    to.resize(at + 4);
-    ruk::store_le32(to.data() + at, field.value);
+    ruk::store_le32(lengthen(to, 4), field.value);
 }
 
 inline void append(bytes &to, const bytes &block)
