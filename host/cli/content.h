@@ -21,8 +21,9 @@ struct content_choice {
         if (!file && !typed)
             throw usage_failure(std::string("which ") + what +
                                 "? Say FILE or --hex; nothing was sent");
-        bytes chosen = file ? *file : *typed;
+        bytes chosen;
         chosen.reserve(1);
+        chosen = file ? *file : *typed;
         return chosen;
     }
 };

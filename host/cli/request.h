@@ -42,7 +42,7 @@ Answer ask(const request_name &request, const blade &at, Function function, Argu
 
 // Sends a request bare: one that the library has no function for, or whose answer's length matters.
 // Returns what follows the completion code, at least `shortest` bytes.
-bytes exchange(const request_name &request, const blade &at, const bytes &payload,
+bytes exchange(const request_name &name, const blade &at, const bytes &payload,
                size_t shortest = 0);
 
 // Where an answer stops short, the library's functions leave zeros, and do not tell. So what ends

@@ -46,7 +46,7 @@ std::optional<std::string> secret_in_file(const std::string &name)
     line.resize(std::min(line.find('\n'), line.size()));
     if (line.empty())
         throw usage_failure("the first line of " + name + " is empty");
-    if (line.find('\0') != line.npos)
+    if (line.find('\0') != std::string::npos)
         throw usage_failure("the first line of " + name + " is no text");
     check_room(line.size(), secret_choice::longest);
     return line;

@@ -226,7 +226,7 @@ struct offset_choice {
 // Minutes east of UTC, a day at the most; 2047 takes a setting back.
 int utc_offset(const std::string &text)
 {
-    constexpr int64_t day = 24 * 60;
+    constexpr int day = 24 * 60;
     constexpr int64_t not_specified = 2047;
     const int64_t minutes = parse_number(text, -day, not_specified);
     if (minutes > day && minutes != not_specified)

@@ -22,7 +22,7 @@ void add_item(std::vector<blade_location> &targets, const std::string &item)
 {
     constexpr int64_t most = 255;
     const size_t dot = item.find('.');
-    if (dot == item.npos)
+    if (dot == std::string::npos)
         parse_range(item, 1, most, [&](int64_t slot) { add(targets, slot, 0); });
     else
         add(targets, parse_number(item.substr(0, dot), 1, most),

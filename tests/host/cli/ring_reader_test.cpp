@@ -98,7 +98,7 @@ TEST_F(ring_reading, goes_on_where_it_was_however_full_the_ring_is)
         post(IPMI_RING_SLOTS - 50, round);
         const std::string found = news(reader);
         EXPECT_EQ(std::count(found.begin(), found.end(), ' '), IPMI_RING_SLOTS - 50);
-        EXPECT_EQ(found.find('['), found.npos);
+        EXPECT_EQ(found.find('['), std::string::npos);
     }
 }
 
