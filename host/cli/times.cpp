@@ -29,7 +29,7 @@ uint32_t checked(int64_t seconds, const std::string &text)
 }
 
 // Seconds that the zone's clocks are ahead of UTC.
-int64_t zone_offset(const std::string &zone)
+int zone_offset(const std::string &zone)
 {
     if (zone == "Z")
         return 0;

@@ -29,8 +29,8 @@ noun_names all_nouns();
 noun_names nouns_in(int argc, char **argv);
 
 struct vocabulary {
-    // The commands of these nouns.
-    explicit vocabulary(const noun_names &nouns);
+    // The commands of these nouns alone.
+    explicit vocabulary(const noun_names &wanted);
 
     CLI::App app;
     options chosen;

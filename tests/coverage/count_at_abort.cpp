@@ -3,6 +3,7 @@
 
 #include <csignal>
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-*): it is gcc's own
 extern "C" void __gcov_dump();
 
 namespace

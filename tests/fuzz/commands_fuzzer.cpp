@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     drawn_platform platform(input);
     while (input.left() != 0) {
         all[input.byte() % all.size()].call(input);
-        platform.check_nothing_is_attached();
+        drawn_platform::check_nothing_is_attached();
     }
     return 0;
 }

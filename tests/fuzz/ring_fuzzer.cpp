@@ -74,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
         default:
             damage(platform.region, input);
         }
-        platform.check_nothing_is_locked();
+        drawn_platform::check_nothing_is_locked();
     }
     return 0;
 }

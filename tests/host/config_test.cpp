@@ -25,7 +25,7 @@ class Configuration : public testing::Test
 
     std::string file(const std::string &name, const std::string &text, int mode = 0600) const
     {
-        const std::string path = directory_ + "/" + name;
+        std::string path = directory_ + "/" + name;
         std::ofstream(path) << text;
         std::filesystem::permissions(path, static_cast<std::filesystem::perms>(mode));
         return path;

@@ -46,8 +46,8 @@ uint32_t listen(uint32_t type)
 int main(int argc, char **argv)
 {
     if (argc == 3 && strcmp(argv[1], "create") == 0)
-        return create(argv[2]) & 0xFF;
+        return static_cast<uint8_t>(create(argv[2]));
     if (argc == 3 && strcmp(argv[1], "listen") == 0)
-        return listen(static_cast<uint32_t>(atoi(argv[2]))) & 0xFF;
+        return static_cast<uint8_t>(listen(static_cast<uint32_t>(strtoul(argv[2], nullptr, 10))));
     return 0xFE;
 }

@@ -57,7 +57,7 @@ void hook_that_asks(uint32_t word, ...)
 class registration
 {
   public:
-    explicit registration(os_notify_hook to, std::vector<uint32_t> types = {interrupt})
+    explicit registration(os_notify_hook to, const std::vector<uint32_t> &types = {interrupt})
     {
         calls = 0;
         os_notify_list list = 0;
@@ -294,9 +294,10 @@ TEST_F(OsNotify, RefusesBadArguments)
          {os_notify_list_init(nullptr), os_notify_init(nullptr, hook),
           os_notify_init(&handle, nullptr), os_notify_list_add(256, list),
           os_notify_list_add(1, handle), os_notify_list_add(1, 0), os_notify_list_add(1, unknown),
-          os_notify_register(handle, list), os_notify_register(list, 0),
-          os_notify_register(list, unknown + 1), os_notify_unregister(0),
-          os_notify_unregister(list), os_notify_unregister(unknown + 1), os_notify_post(256)})
+          os_notify_register(handle, list), // NOLINT(readability-suspicious-call-argument)
+          os_notify_register(list, 0), os_notify_register(list, unknown + 1),
+          os_notify_unregister(0), os_notify_unregister(list), os_notify_unregister(unknown + 1),
+          os_notify_post(256)})
         EXPECT_EQ(RUK_OS_BAD_ARGUMENT, rc);
 }
 

@@ -35,6 +35,7 @@ class guarded
 
     Record *get() { return record; }
     Record *operator->() { return record; }
+    Record &operator*() { return *record; }
     const Record &operator*() const { return *record; }
 
     bytes content() const { return bytes_of(*record); }

@@ -48,13 +48,13 @@ class scripted_exchange
     // The answer's data, completion code first; its code is also the one in the record's header
     // (0 when there is no data at all). At most 484 bytes; what exceeds the room that the receiver
     // offers is cut off.
-    scripted_exchange &answers(bytes data);
+    scripted_exchange &answers(bytes answer);
 
     // The header's completion code, where it is to differ from the data's.
     scripted_exchange &with_completion_code(uint32_t code);
 
     // The header's data_len, where it is to differ from the data's length.
-    scripted_exchange &with_data_len(uint32_t data_len);
+    scripted_exchange &with_data_len(uint32_t length);
 
     // The message is taken, found right, and refused with `status`.
     scripted_exchange &fails_to_send(uint32_t status);

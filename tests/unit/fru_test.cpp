@@ -53,7 +53,7 @@ class read_fru : public scripted_test
     // The buffer begins with `data`, and nothing else was written to it.
     bool holds(const bytes &data)
     {
-        const bytes rest(256 - data.size(), buffer.fill);
+        const bytes rest(256 - data.size(), decltype(buffer)::fill);
         return buffer.content() == joined(data, rest) && buffer.guards_hold();
     }
 

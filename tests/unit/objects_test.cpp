@@ -18,7 +18,7 @@ template <typename Object>
 class named_object : public scripted_test
 {
   protected:
-    void SetUp() override { *object.get() = {}; }
+    void SetUp() override { *object = {}; }
 
     void name_it(const char *name) { strcpy(object->name, name); }
 
@@ -171,7 +171,7 @@ TEST_F(mutex_by_name, keeps_the_first_49_characters_of_its_name)
     EXPECT_EQ(acquire_mutex(name_of_49.c_str(), object.get(), 0), 0u);
     EXPECT_EQ(object->name, name_of_49);
     release_mutex(object.get());
-    *object.get() = {};
+    *object = {};
     EXPECT_EQ(acquire_mutex((name_of_49 + "o").c_str(), object.get(), 0), 0u);
     EXPECT_EQ(object->name, name_of_49);
     release_mutex(object.get());
@@ -251,7 +251,7 @@ TEST_F(event_by_name, keeps_the_first_49_characters_of_its_name)
 {
     EXPECT_EQ(create_event((name_of_49 + "op").c_str(), object.get(), 0), 0u);
     EXPECT_EQ(object->name, name_of_49);
-    *object.get() = {};
+    *object = {};
     EXPECT_EQ(create_event((name_of_49 + "op").c_str(), object.get(), 1), 0u);
     EXPECT_EQ(object->name, name_of_49);
     EXPECT_TRUE(object.guards_hold());

@@ -56,7 +56,8 @@ outcome outcome_of(int result, const guarded<Records> &...outputs)
 }
 
 // A row for a command without output.
-inline oem_row oem_command(std::string name, std::function<int(const blade_location *)> function,
+inline oem_row oem_command(std::string name,
+                           const std::function<int(const blade_location *)> &function,
                            uint32_t netfn_cmd, bytes payload)
 {
     oem_row row{};

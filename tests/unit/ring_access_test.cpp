@@ -36,7 +36,7 @@ class ring_access : public ring_test, public ::testing::WithParamInterface<acces
         region.ring[0] = interrupt(7);
         region.timeouts[3] = {5, 6};
         stand_behind(6);
-        *out.get() = interrupt(8);
+        *out = interrupt(8);
         before = region;
     }
 
@@ -181,7 +181,7 @@ TEST_P(ring_access, does_not_care_how_the_unlocking_went)
 TEST_P(ring_access, works_on_whatever_the_holder_points_at)
 {
     guarded<ipmi_shm> other;
-    *other.get() = before;
+    *other = before;
     holder = other.get();
     EXPECT_EQ(call(), 0u);
     EXPECT_TRUE(region == before);

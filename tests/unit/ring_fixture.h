@@ -65,7 +65,7 @@ class ring_test : public scripted_test
     }
 
     // A reader's position.
-    void stand_behind(uint32_t number) { *position.get() = number; }
+    void stand_behind(uint32_t number) { *position = number; }
 
     uint32_t get(uint32_t continuing = 0)
     {
@@ -78,7 +78,7 @@ class ring_test : public scripted_test
         return get(continuing);
     }
 
-    void blank_out() { memset(static_cast<void *>(out.get()), out.fill, sizeof *out); }
+    void blank_out() { memset(static_cast<void *>(out.get()), decltype(out)::fill, sizeof *out); }
 
     // What the first slots hold: the numbers of their interrupts, and their old numbers.
     words numbers(size_t slots) const { return of_slots(slots, &ipmi_interrupt::int_num); }

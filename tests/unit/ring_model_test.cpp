@@ -45,10 +45,10 @@ class ring_model
     bool get(uint32_t &position, ipmi_interrupt &out, uint32_t continuing) const
     {
         const bool behind = position < rest.last_int_num;
+        if (rest.renumbered == 0 && position == rest.last_int_num)
+            return false;
         if (rest.renumbered == 0 && behind)
             take_first(&ipmi_interrupt::int_num, position, out);
-        else if (rest.renumbered == 0 && position == rest.last_int_num)
-            return false;
         else if (behind || continuing == 0)
             take_first(&ipmi_interrupt::prev_num, position, out);
         else
@@ -146,7 +146,7 @@ class modelled_ring : public ring_test, public ::testing::WithParamInterface<run
     {
         const uint32_t number = next_number(model.last_number());
         ipmi_interrupt expected = some_interrupt(number);
-        *out.get() = expected;
+        *out = expected;
         model.put(number, expected);
         ASSERT_EQ(put_next_interrupt(number, &holder, out.get()), 0u);
         ASSERT_EQ(hex(out.content()), hex(bytes_of(expected)));
@@ -159,7 +159,7 @@ class modelled_ring : public ring_test, public ::testing::WithParamInterface<run
             reader = some_number(model.last_number());
         stand_behind(reader);
         ipmi_interrupt expected = interrupt(any());
-        *out.get() = expected;
+        *out = expected;
         const uint32_t continuing = below(2);
         const bool speaks = model.get(reader, expected, continuing);
         ASSERT_EQ(get(continuing), 0u);

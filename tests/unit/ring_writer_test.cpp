@@ -72,7 +72,7 @@ TEST_F(ring_writer, keeps_the_places_that_other_processes_know)
 
 TEST_F(ring_writer, stores_the_old_number_in_the_callers_record_and_touches_nothing_else_of_it)
 {
-    *out.get() = interrupt(1);
+    *out = interrupt(1);
     EXPECT_EQ(put_next_interrupt(1, &holder, out.get()), 0u);
     ipmi_interrupt expected = interrupt(1);
     expected.prev_num = 1;

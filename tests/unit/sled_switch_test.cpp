@@ -187,7 +187,7 @@ TEST_F(set_sled_switch, sends_what_lies_behind_the_end_of_a_short_name_too)
 
 TEST_F(set_sled_switch, logs_no_more_than_the_32_characters_of_a_name_without_end)
 {
-    *out.get() = file;
+    *out = file;
     memset(out->name, 'x', sizeof out->name);
     platform.expects(at, 0x30D0, joined(bytes_at(set_request.data(), 15), bytes(16, 'x')));
     EXPECT_EQ(ipmi_set_sled_switch_configuration(&at, out.get()), 0);

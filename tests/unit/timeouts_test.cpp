@@ -19,7 +19,7 @@ class timeout_counters : public scripted_test
     {
         platform.os.platform_info.fill(0xEEEEEEEE);
         chassis_has(16);
-        *shm.get() = {};
+        *shm = {};
     }
 
     void chassis_has(uint32_t slots) { platform.os.platform_info[35] = slots; }
@@ -39,7 +39,7 @@ class timeout_counters : public scripted_test
     // The entry that a location selects: the one that is counted in.
     int entry_of(const blade_location &at)
     {
-        *shm.get() = {};
+        *shm = {};
         EXPECT_EQ(count(at), 0u);
         for (int i = 0; i < IPMI_TIMEOUT_ENTRIES; ++i)
             if (shm->timeouts[i].timeout_bumps == 1)
@@ -107,7 +107,7 @@ TEST_F(timeout_counters, lie_where_other_processes_look_for_them)
 {
     EXPECT_EQ(count(blade(3, 2), 4), 0u);
     uint32_t entry[2];
-    memcpy(entry, reinterpret_cast<uint8_t *>(shm.get()) + 0xA5AC + 8 * 18, sizeof entry);
+    memcpy(entry, reinterpret_cast<uint8_t *>(shm.get()) + 0xA5AC + size_t{8} * 18, sizeof entry);
     EXPECT_EQ(entry[0], 1u);
     EXPECT_EQ(entry[1], 1u);
 }

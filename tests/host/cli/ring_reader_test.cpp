@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "cli/shared_region.h"
 #include "platform/directory.h"
@@ -157,12 +158,12 @@ TEST_F(ring_reading, does_not_follow_numbers_that_lead_in_a_circle)
 
 TEST_F(ring_reading, ends_whatever_numbers_the_region_holds)
 {
-    srand(1);
+    std::mt19937 random(1);
     for (int round = 0; round < 200; ++round) {
         ring_reader reader;
         auto *words = reinterpret_cast<uint32_t *>(shared_region());
         for (size_t at = 0; at < sizeof(ipmi_shm) / sizeof *words; ++at)
-            words[at] = static_cast<uint32_t>(rand()) >> (rand() % 32);
+            words[at] = static_cast<uint32_t>(random()) >> (random() % 32);
         news(reader);
         EXPECT_EQ(news(reader), "");
     }

@@ -55,7 +55,7 @@ struct command {
     std::atomic<bool> rightly{false};
 };
 
-std::vector<command> commands(threads *each_sends);
+std::vector<command> commands(size_t{threads} * each_sends);
 std::atomic<uint32_t> outstanding[threads];
 
 bool right(const ipmi_response &response, const ipmi_request &request)
@@ -110,8 +110,8 @@ int send_from_all_threads()
         each.join();
     if (failed != 0)
         return 3;
-    for (unsigned thread = 0; thread < threads; ++thread)
-        if (!eventually([&] { return outstanding[thread] == 0; }))
+    for (const std::atomic<uint32_t> &each : outstanding)
+        if (!eventually([&] { return each == 0; }))
             return 4;
     pause_for(100ms); // for what comes once too often
     for (const command &each : commands)

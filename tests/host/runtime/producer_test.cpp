@@ -45,7 +45,11 @@ std::string marks_behind(uint32_t position)
 TEST(Producer, NumbersFromOne)
 {
     const chassis_daemon served(one_blade);
-    EXPECT_EQ(in_child([] { return number_of_next() == 1 && number_of_next() == 2 ? 0 : 1; }), 0);
+    EXPECT_EQ(in_child([] {
+                  const uint32_t first = number_of_next();
+                  return first == 1 && number_of_next() == 2 ? 0 : 1;
+              }),
+              0);
 }
 
 TEST(Producer, LosesNoInterruptAtTheEndOfTheNumbers)

@@ -31,7 +31,7 @@ TEST(simulated_boot_options, are_kept_each_in_its_size)
 {
     booting_blade blade;
     constexpr size_t sizes[] = {1, 1, 1, 1, 2, 5, 9};
-    for (uint8_t number = 1; number < std::size(sizes); ++number) {
+    for (uint8_t number = 1; size_t{number} < std::size(sizes); ++number) {
         const bytes value(sizes[number], number);
         EXPECT_EQ(blade.set(joined({number}, value)), (bytes{0x00}));
         EXPECT_EQ(blade.set(joined({number}, joined(value, {9}))), (bytes{0xC7}));

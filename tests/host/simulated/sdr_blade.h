@@ -93,7 +93,7 @@ class parsed_sdr
     }
 
     const bytes record_;
-    const ipmi_sdr_ctx_t context_;
+    ipmi_sdr_ctx_t context_;
 };
 
 } // namespace chassisd::simulated
