@@ -35,9 +35,9 @@ class power_meter
 
     void sample()
     {
-        const time_point now = now_();
-        energy_mj_ += present_ * elapsed_ms(sampled_, now);
-        sampled_ = now;
+        const uint64_t elapsed = elapsed_ms(sampled_, now_());
+        energy_mj_ += present_ * elapsed;
+        sampled_ += std::chrono::milliseconds(elapsed); // what is less than one counts next time
         present_ = input_watts(*sensors_);
         minimum_ = std::min(minimum_, present_);
         maximum_ = std::max(maximum_, present_);

@@ -31,7 +31,7 @@ class blade_under_test
 
     bytes storage(uint8_t command, const bytes &data = {}) { return ask(0x0A, command, data); }
 
-    void let_pass(std::chrono::milliseconds time) { now_ += time; }
+    void let_pass(std::chrono::microseconds time) { now_ += time; }
 
     // The alerts since the last call.
     std::vector<alert> alerts() { return std::exchange(alerts_, {}); }

@@ -43,6 +43,18 @@ TEST(simulated_power_meter, tells_present_minimum_maximum_average_and_energy)
     EXPECT_EQ(word_at(23, record), 20u) << "minutes";
 }
 
+TEST(simulated_power_meter, loses_nothing_of_the_time_between_requests_that_come_fast)
+{
+    metered_blade blade;
+    blade.let_draw(100);
+    blade.reset_record();
+    for (int request = 0; request < 2000; ++request) {
+        blade.let_pass(600us);
+        blade.power(up);
+    }
+    EXPECT_EQ(long_at(13, blade.record()), 200u) << "average";
+}
+
 TEST(simulated_power_meter, begins_anew_when_it_is_reset)
 {
     metered_blade blade;
