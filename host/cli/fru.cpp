@@ -1,5 +1,6 @@
 // The FRU inventory: what a blade says it is, shown, saved and written.
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fstream>
@@ -65,13 +66,56 @@ report info(const blade &at, const device_choice &chosen)
                  {"access", device.by_words() ? "words" : "bytes"}});
 }
 
+// A device's bytes for somebody who wants a few here and a few behind them. To ask takes longer
+// than to be told, so more comes along than is wanted.
+class read_ahead
+{
+  public:
+    explicit read_ahead(const fru_device &device) : device_(device) {}
+
+    bytes read(size_t offset, size_t length)
+    {
+        if (offset < start_ || offset > start_ + known_.size()) {
+            start_ = offset;
+            known_.clear();
+        }
+        const size_t known = start_ + known_.size();
+        if (offset + length > known) {
+            const bytes more = read_from(known, offset + length - known);
+            known_.insert(known_.end(), more.begin(), more.end());
+        }
+        const auto from = known_.begin() + static_cast<ptrdiff_t>(offset - start_);
+        return {from, from + static_cast<ptrdiff_t>(length)};
+    }
+
+  private:
+    // A device that does not give more still gives what is wanted.
+    bytes read_from(size_t offset, size_t wanted) const
+    {
+        constexpr size_t ahead = 64;
+        const size_t more = std::min(std::max(wanted, ahead), device_.size() - offset);
+        try {
+            return device_.read(offset, more);
+        } catch (const failure &refused) {
+            if (refused.kind != exit_refused || more == wanted)
+                throw;
+            return device_.read(offset, wanted);
+        }
+    }
+
+    const fru_device &device_;
+    size_t start_ = 0;
+    bytes known_; // from there on
+};
+
 report print(const blade &at, const device_choice &chosen)
 {
     const fru_device device(at, chosen.id);
+    read_ahead ahead(device);
     report told;
     told.fields = {{"device", chosen.id}};
     told.fields.update(fru_fields(
-        device.size(), [&](size_t offset, size_t length) { return device.read(offset, length); }));
+        device.size(), [&](size_t offset, size_t length) { return ahead.read(offset, length); }));
     return told;
 }
 

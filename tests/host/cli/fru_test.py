@@ -66,6 +66,30 @@ def test_print_shows_the_areas_fields(ruk_ipmi, made_up_blade):
     assert "manufacturer:  Acme" in ruk_ipmi.text("-b", "1", "fru", "print")
 
 
+def test_print_asks_no_more_often_than_the_bytes_take(ruk_ipmi, made_up_blade):
+    Device(made_up_blade, IMAGE, longest=32)
+    ruk_ipmi.json("-b", "1", "fru", "print")
+    refused_and_in_two = 1 + 2
+    assert made_up_blade.count(0x0A11) == refused_and_in_two
+
+
+def test_print_reads_an_area_far_behind_the_header(ruk_ipmi, made_up_blade):
+    header = checksummed(bytes([1, 0, 0, 100, 0, 0, 0]))
+    Device(made_up_blade, header + bytes(800 - len(header)) + BOARD)
+    assert ruk_ipmi.json("-b", "1", "fru", "print")[0]["board"]["manufacturer"] == "Acme"
+
+
+def test_print_asks_a_device_that_gives_no_more_than_it_has_for_just_that(ruk_ipmi, made_up_blade):
+    device = Device(made_up_blade, IMAGE + bytes(200))
+
+    def read_what_is_there(payload):
+        _, offset, count = struct.unpack("<BHB", payload)
+        return 0xC9 if offset + count > len(IMAGE) else device.read(payload)
+
+    made_up_blade.answer(0x0A11)(read_what_is_there)
+    assert ruk_ipmi.json("-b", "1", "fru", "print")[0]["board"]["manufacturer"] == "Acme"
+
+
 def test_print_shows_a_simulated_blades_three_areas(ruk_ipmi, chassis):
     (told,) = ruk_ipmi.json("-b", "2", "fru", "print")
     assert {told[area]["checksum"] for area in ["chassis", "board", "product"]} == {"right"}
