@@ -25,7 +25,7 @@ PLACES = {
 
 @dataclasses.dataclass(frozen=True)
 class Bridged:
-    """The blade in slot 1. `environment` is for the programs that ask it."""
+    """The blade in slot 1; that in slot 2 is simulated. `environment` is for those who ask them."""
 
     controller: sim.Controller
     environment: dict
@@ -86,5 +86,6 @@ def bridged_blade(processors):
             password_file=directory / "password",
             timeout_ms=2000,
         )
+        description += "\n[[blade]]\nslot = 2\n"
         with running(controller, processors), chassis(description, processors) as environment:
             yield Bridged(controller, environment)

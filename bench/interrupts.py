@@ -11,22 +11,25 @@ BOTH = "0,1"
 def wakes(processes, processors):
     """Nanoseconds, by what wakes the processes."""
 
-    def taken(name, environment=None):
-        command = [program(name), TIMES, processes]
+    def taken(name, *how, environment=None):
+        command = [program(name), TIMES, processes, *how]
         return lambda: printed(pinned(command, processors), env=environment)
 
     with chassis(blades(1), processors) as served, bus(processors) as on_bus:
         peers = {
-            "interrupt": taken("wake_interrupt", served),
-            "futex": taken("wake_futex"),
-            "dbus": taken("wake_dbus", on_bus),
+            "interrupt": taken("wake_interrupt", environment=served),
+            "futex": taken("wake_futex", "1"),
+            "two hops": taken("wake_futex", "2"),
+            "dbus": taken("wake_dbus", environment=on_bus),
         }
         return interleaved(peers, RUNS)
 
 
 def rows_of(processes, processors, gated):
     figures = wakes(processes, processors)
-    ours, futex, dbus = (figures[each] for each in ("interrupt", "futex", "dbus"))
+    ours, futex, hops, dbus = (
+        figures[each] for each in ("interrupt", "futex", "two hops", "dbus")
+    )
     plural = "es" if processes > 1 else ""
     place = "two processors" if processors == BOTH else "one processor"
     what = f"interrupt to callback in {processes} process{plural}, {place}"
@@ -39,6 +42,13 @@ def rows_of(processes, processors, gated):
             f"{number(times_futex)} x",
             "at most 2 x" if gated else "",
             times_futex <= 2 if gated else None,
+        ),
+        Row(
+            what,
+            f"{ours} ns",
+            f"futex wake, handed on to a second thread: {hops} ns, "
+            f"{number(hops.median / futex.median)} x the futex wake",
+            f"{number(ours.median / hops.median)} x",
         ),
         Row(
             what,
