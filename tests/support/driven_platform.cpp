@@ -128,6 +128,9 @@ uint32_t send_ruk_command(uint32_t, const void *msg, uint32_t length, uint32_t, 
     if (length > sizeof(ipmi_request)) // a service refuses it unread
         return platform_driver::not_answered;
     read_all(msg, length);
+    ipmi_request request{};
+    memcpy(&request, msg, length);
+    driver->sent(request);
     *index = 1;
     return driver->status();
 }

@@ -23,6 +23,9 @@ class platform_driver
     // The status of the next call of the platform that can fail.
     virtual uint32_t status() = 0;
 
+    // A request that was sent; nothing has to be done about it.
+    virtual void sent(const ipmi_request &) {}
+
     // Fills an answer, of which `room` bytes of data are taken.
     virtual void answer(ipmi_response &response, uint32_t room) = 0;
 

@@ -154,6 +154,20 @@ std::string scripted_platform::complaint() const
     return all;
 }
 
+std::string scripted_platform::exchanges() const
+{
+    const std::lock_guard lock(mutex);
+    std::string all;
+    for (const scripted_exchange &step : script) {
+        const ipmi_request &request = step.request;
+        if (step.attach_status == 0)
+            all += (all.empty() ? "" : ";") + formatted("%04X:", request.netfn_cmd) +
+                   hex(bytes_at(request.data, request.data_len)) + ":" +
+                   hex(step.data.value_or(bytes{0x00}));
+    }
+    return all;
+}
+
 void scripted_platform::forget()
 {
     const std::lock_guard lock(mutex);

@@ -117,6 +117,10 @@ class scripted_platform
     // all went as scripted.
     std::string complaint() const;
 
+    // The exchanges of the script, "netfn_cmd:payload:answer" each, for who wants to know what the
+    // tests say that commands and their answers look like: "0A42::00 34 12;0A40::C1".
+    std::string exchanges() const;
+
     // Writes log lines to stderr too, for a process that is not going to live.
     void echo_log();
 

@@ -12,7 +12,13 @@ namespace ruk_ipmi_testing
 class scripted_test : public ::testing::Test
 {
   protected:
-    void TearDown() override { EXPECT_EQ(platform.complaint(), ""); }
+    // The exchanges go with the test's result, where the descriptions of the commands are held to
+    // them.
+    void TearDown() override
+    {
+        EXPECT_EQ(platform.complaint(), "");
+        RecordProperty("exchanges", platform.exchanges());
+    }
 
     scripted_platform platform;
 };

@@ -58,6 +58,7 @@ TEST_P(command_shape, sends_its_request_and_hands_over_the_answer)
     EXPECT_EQ(seen.result, 0);
     EXPECT_EQ(hex(seen.output), hex(GetParam().output));
     EXPECT_TRUE(seen.guards_hold);
+    RecordProperty("output", hex(seen.output));
 }
 
 TEST_P(command_shape, waits_500_ticks_with_room_for_483_bytes_in_one_exchange)

@@ -183,6 +183,14 @@ TEST_F(physical_location, sends_the_low_byte_of_a_number_in_place_of_the_paramet
     }
 }
 
+TEST_F(physical_location, sends_a_number_with_the_slot_and_the_platform_too)
+{
+    const blade_location other = blade(9);
+    platform.os.platform_info[28] = 0x55667788;
+    platform.expects(other, 0x30CE, {0x00, 0x01, 0x06, 0, 0, 0, 0x06, 0, 0x00, 12, 0x09, 0x88});
+    EXPECT_EQ(ipmi_location_set_physical_location(&other, 0x07, 513, "12"), 0);
+}
+
 TEST_F(physical_location, sends_the_header_alone_for_an_unknown_attribute)
 {
     for (const uint32_t attribute : {0u, 512u, 636u, 0x10000u + 637, 0xFFFFFFFFu}) {
