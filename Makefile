@@ -3,7 +3,7 @@
 BUILD := build/native
 JOBS := $(shell nproc)
 
-.PHONY: all demo test bench format clean
+.PHONY: all demo test bench docs format clean
 
 all:
 	@scripts/install-dependencies build
@@ -24,6 +24,11 @@ test:
 bench:
 	@scripts/install-dependencies bench
 	@scripts/bench
+
+# The reference of the public headers: build/docs/html/index.html.
+docs:
+	@scripts/install-dependencies docs
+	@scripts/reference
 
 format:
 	@scripts/install-dependencies format

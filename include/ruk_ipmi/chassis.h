@@ -39,8 +39,10 @@ typedef struct RUK_IPMI_PACKED boot_options_data {
  *
  * Request 0x00 0x02, 1 byte; output 1 byte; refuses a null location or output.
  *
- * @param control  one of `CHASSIS_…`, sent as it is.
- * @param out      gets 1 byte, the completion code.
+ * @param location  the blade.
+ * @param control   one of `CHASSIS_…`, sent as it is.
+ * @param out       gets 1 byte, the completion code.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_chassis_control_command(const blade_location *location,
                                                        uint8_t control, uint8_t *out);
@@ -51,9 +53,11 @@ RUK_IPMI_API int ipmi_chassis_control_command(int blade_num, uint8_t control, ui
  *
  * Request 0x00 0x04, 1 or 2 bytes; output 1 byte; refuses a null location or output.
  *
+ * @param location  the blade.
  * @param interval  for how many seconds; 0 ends it.
  * @param force     not 0: until it is ended, whatever the interval.
  * @param out       gets 1 byte, the completion code.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_chassis_identify_command(const blade_location *location,
                                                         uint8_t interval, uint8_t force,
@@ -66,10 +70,12 @@ RUK_IPMI_API int ipmi_chassis_identify_command(int blade_num, uint8_t interval, 
  *
  * Request 0x00 0x09, 3 bytes; output 8 bytes; refuses a null location or output.
  *
+ * @param location        the blade.
  * @param parameter       which parameter, e.g. 5 for the boot flags.
  * @param set_selector    which of several values.
  * @param block_selector  not used: block 0 is asked for.
  * @param out             gets 8 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_boot_options(const blade_location *location, uint8_t parameter,
                                                 uint8_t set_selector, uint8_t block_selector,
@@ -80,10 +86,12 @@ RUK_IPMI_API int ipmi_location_get_boot_options(const blade_location *location, 
  *
  * Request 0x00 0x08, 1 + `length` bytes; output 1 byte; refuses a null location or output.
  *
+ * @param location   the blade.
  * @param parameter  which parameter, with bit 7 as the blade is to mark it.
  * @param data       its value, `length` bytes; may be null where there are none.
  * @param length     0 to 487; more ends the process, after an error line.
  * @param out        gets 1 byte, the completion code.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_boot_options(const blade_location *location, uint8_t parameter,
                                                 const uint8_t *data, uint32_t length, uint8_t *out);
@@ -93,8 +101,10 @@ RUK_IPMI_API int ipmi_location_set_boot_options(const blade_location *location, 
  *
  * Request 0x30 0x21, 1 byte; output 1 byte; refuses a null location or output.
  *
- * @param which  passed on.
- * @param out    gets 1 byte, the completion code.
+ * @param location  the blade.
+ * @param which     passed on.
+ * @param out       gets 1 byte, the completion code.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_reset_to_defaults(const blade_location *location, uint8_t which,
                                                  uint8_t *out);

@@ -17,7 +17,7 @@ enum { IMC_EVENTS = 64 };
 /** A set of events, 8 bytes: event e is bit (e - 1) mod 8 of byte (e - 1) / 8, the least
  *  significant bit first. */
 typedef struct imc_event_set {
-    uint8_t bytes[8];
+    uint8_t bytes[8]; /**< event 1 is bit 0 of the first */
 } imc_event_set;
 
 /** What an event callback is told. */
@@ -35,21 +35,45 @@ typedef struct imc_event_info {
  */
 typedef int (*imc_event_callback)(uint32_t reserved, imc_event_info *info);
 
-/** Makes a set empty. */
+/**
+ * Makes a set empty.
+ *
+ * @param set  the set.
+ */
 RUK_IPMI_API void imc_event_set_init(imc_event_set *set);
 
-/** Puts event `e` into a set. `e` must be 1 to 64: any other touches memory outside the set. */
+/**
+ * Puts an event into a set.
+ *
+ * @param e    the event, 1 to 64: any other touches memory outside the set.
+ * @param set  the set.
+ */
 RUK_IPMI_API void imc_event_set_SET(uint32_t e, imc_event_set *set);
 
-/** Takes event `e` out of a set. `e` must be 1 to 64: any other touches memory outside the set. */
+/**
+ * Takes an event out of a set.
+ *
+ * @param e    the event, 1 to 64: any other touches memory outside the set.
+ * @param set  the set.
+ */
 RUK_IPMI_API void imc_event_set_CLR(uint32_t e, imc_event_set *set);
 
-/** @return 1 when event `e` is in the set, else 0. `e` must be 1 to 64: any other reads memory
- *  outside the set. */
+/**
+ * Looks for an event in a set.
+ *
+ * @param e    the event, 1 to 64: any other reads memory outside the set.
+ * @param set  the set.
+ * @return 1 when the event is in the set, else 0.
+ */
 RUK_IPMI_API uint32_t imc_event_set_TEST(uint32_t e, const imc_event_set *set);
 
-/** @return the lowest event in the set that is above `after` (any number), 0 when there is none.
- *  So a loop from 0 on visits all events of the set. */
+/**
+ * Finds the next event of a set: a loop from 0 on visits all of them.
+ *
+ * @param after  any number.
+ * @param set    the set.
+ * @return the lowest event in the set that is above `after`, 0 when there is none.
+ */
 RUK_IPMI_API uint32_t imc_event_set_NEXT_ASSERTED(uint32_t after, const imc_event_set *set);
 
 /**
@@ -72,7 +96,7 @@ RUK_IPMI_API uint32_t ruk_register_imc_event_set(const imc_event_set *set, imc_e
 
 /** A row of `event_action`, 12 bytes. */
 typedef struct __attribute__((aligned(4))) imc_event_action {
-    uint8_t bytes[12];
+    uint8_t bytes[12]; /**< the client's own */
 } imc_event_action;
 
 /** A table with a row for each event number, for the clients' own use; the library never looks at

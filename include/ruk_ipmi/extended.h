@@ -41,9 +41,11 @@ typedef struct RUK_IPMI_PACKED ext_cmd_data {
  *
  * A controller that goes on and on with answers without bytes keeps the call going.
  *
- * @param command  the parameter.
- * @param index    which of several.
- * @param out      gets 1027 bytes; as much of them as came, when the result is not 0.
+ * @param location  the blade.
+ * @param command   the parameter.
+ * @param index     which of several.
+ * @param out       gets 1027 bytes; as much of them as came, when the result is not 0.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_ext_cmd_indexed(const blade_location *location, uint8_t command,
                                                    uint8_t index, ext_cmd_data *out);
@@ -61,12 +63,14 @@ RUK_IPMI_API int ipmi_get_ext_cmd(int blade_num, uint8_t command, ext_cmd_data *
  * Request 0x2E 0x01 and 0x2E 0x03, 3, then 9 to 137 bytes; output 1 byte; refuses a null location,
  * data or output.
  *
- * @param command  the parameter.
- * @param index    which of several.
- * @param data     `length` bytes, sent as they are; must not be null, even where there are none.
- * @param length   0 asks for the handle alone.
- * @param out      gets 1 byte, the completion code of the last answer, unless something was refused
- *                 or there is no handle.
+ * @param location  the blade.
+ * @param command   the parameter.
+ * @param index     which of several.
+ * @param data      `length` bytes, sent as they are; must not be null, even where there are none.
+ * @param length    0 asks for the handle alone.
+ * @param out       gets 1 byte, the completion code of the last answer, unless something was
+ *                  refused or there is no handle.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_ext_cmd_indexed(const blade_location *location, uint8_t command,
                                                    uint8_t index, const uint8_t *data,

@@ -19,62 +19,91 @@ extern "C" {
 #endif
 
 /**
- * Asks for a controller's feature information. `out` gets 7 bytes.
+ * Asks for a controller's feature information.
  *
  * Request 0x30 0xBD, 0 bytes; output 7 bytes; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param out       gets 7 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_feature_info(const blade_location *location, uint8_t out[7]);
 RUK_IPMI_API int ipmi_get_feature_info(int blade_num, uint8_t out[7]);
 
 /**
- * Sends a controller a value of six bytes, between two zeros and 24 more. `out` gets 1 byte.
+ * Sends a controller a value of six bytes, between two zeros and 24 more.
  *
  * Request 0x30 0xC9, 32 bytes; output 1 byte; refuses a null location, value or output.
+ *
+ * @param location  the blade.
+ * @param value     6 bytes, sent as they are.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_send_bexal_quon(const blade_location *location,
                                                const uint8_t value[6], uint8_t *out);
 RUK_IPMI_API int ipmi_send_bexal_quon(int blade_num, const uint8_t value[6], uint8_t *out);
 
 /**
- * Asks for the version of a blade's CPLD. `out` gets 6 bytes.
+ * Asks for the version of a blade's CPLD.
  *
  * Request 0x30 0x33, 0 bytes; output 6 bytes; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param out       gets 6 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_cpld_version(const blade_location *location, uint8_t out[6]);
 
 /**
- * Sends a controller a feature block of eight bytes. `out` gets 1 byte.
+ * Sends a controller a feature block of eight bytes.
  *
  * Request 0x30 0xC3, 8 bytes; output 1 byte; refuses a null location, block or output.
+ *
+ * @param location  the blade.
+ * @param block     8 bytes, sent as they are.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_send_zat_feature(const blade_location *location,
                                                 const uint8_t block[8], uint8_t *out);
 
 /**
- * Asks how far automatic discovery is (byte 0x12). `location` must not be null; `out` gets 10
- * bytes.
+ * Asks how far automatic discovery is (byte 0x12).
  *
  * Request 0x30 0xA3, 1 byte; output 10 bytes; refuses a null output.
+ *
+ * @param location  the blade; must not be null.
+ * @param out       gets 10 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_auto_discovery_status(const blade_location *location,
                                                          uint8_t out[10]);
 RUK_IPMI_API int ipmi_get_auto_discovery_status(int blade_num, uint8_t out[10]);
 
 /**
- * Asks for the status of power management (byte 0x12). No argument may be null. `out`, 1 byte, is
- * written only when the result is 0: byte 3 of the answer if its byte 2 is 0, else 0.
+ * Asks for the status of power management (byte 0x12).
  *
  * Request 0x30 0xA9, 4 bytes; output 1 byte; refuses nothing.
+ *
+ * @param location  the blade; must not be null.
+ * @param out       1 byte, written only when the result is 0: byte 3 of the answer if its byte 2 is
+ *                  0, else 0. Must not be null.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_pm_status(const blade_location *location, uint8_t *out);
 RUK_IPMI_API int ipmi_get_pm_status(int blade_num, uint8_t *out);
 
 /**
- * Asks for the rebrand string of power management (byte 0x14). No argument may be null. `out` is
- * written only when the result is 0: the text that begins at byte 3 of the answer, with zeros up
- * to 15 characters; one of 15 or more fills `out` and has no terminator.
+ * Asks for the rebrand string of power management (byte 0x14).
  *
  * Request 0x30 0xA9, 4 bytes; output 15 bytes; refuses nothing.
+ *
+ * @param location  the blade; must not be null.
+ * @param out       written only when the result is 0: the text that begins at byte 3 of the answer,
+ *                  with zeros up to 15 characters; one of 15 or more fills it and has no
+ *                  terminator. Must not be null.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_pm_rebrand(const blade_location *location, char out[15]);
 RUK_IPMI_API int ipmi_get_pm_rebrand(int blade_num, char out[15]);

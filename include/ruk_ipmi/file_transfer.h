@@ -21,18 +21,23 @@ extern "C" {
  * Request 0x30 0xD0, 39 bytes; output none; refuses a null location or path, or a path above 29
  * characters.
  *
+ * @param location  the blade.
  * @param selector  which file; passed on.
  * @param path      up to 29 characters.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_nfs_path(const blade_location *location, uint8_t selector,
                                             const char *path);
 
 /**
- * Tells a blade the network path of its link-tuning file (parameter group 0x11): up to 29
- * characters.
+ * Tells a blade the network path of its link-tuning file (parameter group 0x11).
  *
  * Request 0x30 0xD0, 38 bytes; output none; refuses a null location or path, or a path above 29
  * characters.
+ *
+ * @param location  the blade.
+ * @param path      up to 29 characters.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_lt_nfs_path(const blade_location *location, const char *path);
 
@@ -41,6 +46,7 @@ RUK_IPMI_API int ipmi_location_set_lt_nfs_path(const blade_location *location, c
  *
  * Request 0x30 0xD0, 7 bytes; output 1 byte; refuses a null location or output.
  *
+ * @param location     the blade.
  * @param selector     which file; passed on.
  * @param copy_status  gets one character, as the blade has it; written only when the result is 0.
  * @return as all; `IPMI_ERR_BAD_RESPONSE_LENGTH` when the answer is not 9 bytes long.
@@ -49,10 +55,13 @@ RUK_IPMI_API int ipmi_location_get_file_cp_status(const blade_location *location
                                                   char *copy_status);
 
 /**
- * Tells a blade the outcome of a firmware update (parameter group 0x16, notice 3); `status` is
- * passed on.
+ * Tells a blade the outcome of a firmware update (parameter group 0x16, notice 3).
  *
  * Request 0x30 0xD0, 10 bytes; output none; refuses a null location.
+ *
+ * @param location  the blade.
+ * @param status    passed on.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_fwupdate_status(const blade_location *location, uint8_t status);
 
@@ -60,14 +69,21 @@ RUK_IPMI_API int ipmi_location_set_fwupdate_status(const blade_location *locatio
  * Tells a blade that a firmware update took too long (parameter group 0x16, notice 4).
  *
  * Request 0x30 0xD0, 9 bytes; output none; refuses a null location.
+ *
+ * @param location  the blade.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_timeout_error(const blade_location *location);
 
 /**
  * Tells a blade that its log bundle, "zatdumplogs.log.zip", is ready or not (parameter group
- * 0x20); `status` is passed on.
+ * 0x20).
  *
  * Request 0x30 0xD0, 31 bytes; output none; refuses a null location.
+ *
+ * @param location  the blade.
+ * @param status    passed on.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_dumplogs_status(const blade_location *location, uint8_t status);
 

@@ -5,7 +5,8 @@
  * `IPMI_ERR_INVALID_PARAM` for an argument it refuses (nothing sent, outputs untouched; one error
  * line, unless told otherwise); a status of the message service; or the completion code
  * (0x01-0xFF) with which the blade refused, for example 0xC9 (offset beyond the area), 0xCA (more
- * bytes than one answer carries) or 0xCB (no such FRU device).
+ * bytes than one answer carries) or 0xCB (no such FRU device). The short forms take the blade's
+ * number, its slot, of which the low 8 bits count.
  *
  * Outputs are overwritten by every call that was sent, successful or not: look at the result
  * first.
@@ -51,8 +52,6 @@ enum { FRU_WRITE_MAX = 251 };
  */
 RUK_IPMI_API int ipmi_location_get_fru_info(const blade_location *location, uint8_t fru_id,
                                             fru_area_info *out);
-
-/** `ipmi_location_get_fru_info` for the blade of slot `blade_num` (its low 8 bits). */
 RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info *out);
 
 /**
@@ -76,8 +75,6 @@ RUK_IPMI_API int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info 
 RUK_IPMI_API int ipmi_location_read_fru(const blade_location *location, uint8_t fru_id,
                                         uint16_t offset, uint8_t count, uint32_t capacity,
                                         fru_read_request *out);
-
-/** `ipmi_location_read_fru` for the blade of slot `blade_num` (its low 8 bits). */
 RUK_IPMI_API int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, uint8_t count,
                                uint32_t capacity, fru_read_request *out);
 
@@ -99,8 +96,6 @@ RUK_IPMI_API int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, u
 RUK_IPMI_API int ipmi_location_write_fru(const blade_location *location, uint8_t fru_id,
                                          uint16_t offset, uint32_t length, const uint8_t *data,
                                          uint8_t *out);
-
-/** `ipmi_location_write_fru` for the blade of slot `blade_num` (its low 8 bits). */
 RUK_IPMI_API int ipmi_write_fru(int blade_num, uint8_t fru_id, uint16_t offset, uint32_t length,
                                 const uint8_t *data, uint8_t *out);
 

@@ -19,7 +19,8 @@ extern "C" {
  *
  * Request 0x30 0xD0, 20 bytes; output none; refuses a null location, or one of zeros.
  *
- * @param blink  not 0: blink; 0: stop.
+ * @param location  the blade.
+ * @param blink     not 0: blink; 0: stop.
  * @return 0, also when the blade refused, which only the error log tells; `IPMI_ERR_BAD_LOCATION`
  *         when slot and sub-slot are both 0 (nothing sent); otherwise as all.
  */
@@ -29,6 +30,10 @@ RUK_IPMI_API int ipmi_blink_unblink_serverled_kvm(const blade_location *location
  * Lets the sled's drive LED blink, or stops it; otherwise as `ipmi_blink_unblink_serverled_kvm`.
  *
  * Request 0x30 0xD0, 20 bytes; output none; refuses a null location, or one of zeros.
+ *
+ * @param location  the blade.
+ * @param blink     not 0: blink; 0: stop.
+ * @return as `ipmi_blink_unblink_serverled_kvm`.
  */
 RUK_IPMI_API int ipmi_blink_unblink_sled_driveled(const blade_location *location, uint32_t blink);
 
@@ -37,8 +42,10 @@ RUK_IPMI_API int ipmi_blink_unblink_sled_driveled(const blade_location *location
  *
  * Request 0x00 0x0A, 1 byte; output none; refuses a null location.
  *
+ * @param location      the blade.
  * @param button_flags  bit 0: 1 disables the node's power button, 0 enables it. No other bit is
  *                      sent: the other buttons stay enabled.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_set_node_power_button(const blade_location *location, uint32_t button_flags);
 
@@ -47,11 +54,13 @@ RUK_IPMI_API int ipmi_set_node_power_button(const blade_location *location, uint
  *
  * Request 0x30 0xBC, 10 bytes; output 4 bytes; refuses a null location, request or output.
  *
- * @param request  10 bytes: 0 operation; 1-2 a 16-bit and 3-6 a 32-bit field; 7-9 more. For the
- *                 operations 2 and 3 the two fields are numbers in host byte order, sent least
- *                 significant byte first; for any other all bytes are sent as they are.
- * @param result   gets bytes 0-3 of the answer as they lie, completion code first; overwritten by
- *                 every call that was sent, successful or not.
+ * @param location  the blade.
+ * @param request   10 bytes: 0 operation; 1-2 a 16-bit and 3-6 a 32-bit field; 7-9 more. For the
+ *                  operations 2 and 3 the two fields are numbers in host byte order, sent least
+ *                  significant byte first; for any other all bytes are sent as they are.
+ * @param result    gets bytes 0-3 of the answer as they lie, completion code first; overwritten by
+ *                  every call that was sent, successful or not.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_cpld_access(const blade_location *location, const uint8_t request[10],
                                   uint32_t *result);
@@ -61,9 +70,11 @@ RUK_IPMI_API int ipmi_cpld_access(const blade_location *location, const uint8_t 
  *
  * Request 0x30 0xD4, 4 bytes; output 17 bytes; refuses a null location, request or output.
  *
- * @param request  4 bytes; passed on.
- * @param post     gets 17 bytes: 0 the completion code; 1-4 a number in host byte order; 5-16 as
- *                 the blade has them. Overwritten by every call that was sent, successful or not.
+ * @param location  the blade.
+ * @param request   4 bytes; passed on.
+ * @param post      gets 17 bytes: 0 the completion code; 1-4 a number in host byte order; 5-16 as
+ *                  the blade has them. Overwritten by every call that was sent, successful or not.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_bexal_post_code(const blade_location *location, const uint8_t request[4],
                                       uint8_t post[17]);

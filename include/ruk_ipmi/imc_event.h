@@ -22,12 +22,13 @@ typedef struct misc_imc_event {
  * Request 0x30 0xD0, 6 bytes; output 42 bytes; refuses a null location, or an answer above 42
  * bytes.
  *
- * @param event  cleared before anything else, then filled; must not be null. Its `data` is empty
- *               when the blade's `payload_len` is below 5.
+ * @param location  the blade.
+ * @param event     cleared before anything else, then filled; must not be null. Its `data` is empty
+ *                  when the blade's `payload_len` is below 5.
  * @return 0; `IPMI_ERR_INVALID_PARAM` when `location` is null (nothing sent), and when the blade's
  *         `payload_len` is above 42 (the fields before `data` are filled all the same); a status of
- *         the message service; or the completion code (0x01-0xFF) with which the blade refused.
- *         All but the message service's statuses are written to the error log.
+ *         the message service; or the completion code (0x01-0xFF) with which the blade refused. All
+ *         but the message service's statuses are written to the error log.
  */
 RUK_IPMI_API int location_blade_get_miscellaneous_imc_event(const blade_location *location,
                                                             misc_imc_event *event);

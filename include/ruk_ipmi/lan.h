@@ -35,10 +35,12 @@ typedef struct RUK_IPMI_PACKED lan_parameter_data {
  * Request 0x0C 0x01, 2 + `length` bytes; output 1 byte; refuses a null location or output, or a
  * `length` above 253.
  *
+ * @param location   the blade.
  * @param parameter  which parameter, e.g. 3 for the IP address.
  * @param data       its value, `length` bytes; may be null where there are none.
  * @param length     0 to `LAN_PARAMETER_MAX`; more is `IPMI_ERR_INVALID_PARAM`, without any line.
  * @param out        gets 1 byte, the completion code.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_lan_parameters(const blade_location *location, uint8_t parameter,
                                                   const uint8_t *data, uint32_t length,
@@ -47,9 +49,14 @@ RUK_IPMI_API int ipmi_set_lan_parameters(int blade_num, uint8_t parameter, const
                                          uint32_t length, uint8_t *out);
 
 /**
- * Get LAN Configuration Parameters, set and block 0. `out` gets 202 bytes.
+ * Get LAN Configuration Parameters, set and block 0.
  *
  * Request 0x0C 0x02, 4 bytes; output 202 bytes; refuses a null location or output.
+ *
+ * @param location   the blade.
+ * @param parameter  which parameter.
+ * @param out        gets 202 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_lan_parameters(const blade_location *location, uint8_t parameter,
                                                   lan_parameter_data *out);

@@ -19,12 +19,13 @@ extern "C" {
  * request, 128 or what is left in each further one, so that the last two bytes of `info` never go
  * out.
  *
+ * @param location  the blade.
  * @param info      the information; passed on.
  * @param info_len  its length in bytes; 0 sends nothing.
  * @return the result of the last request: 0, a status of the message service, or the completion
  *         code (0x01-0xFF) with which the blade refused it. Requests before it may have failed,
  *         which only the log tells; none is left out for that. `IPMI_ERR_INVALID_PARAM` when
- * `location` or `info` is null (one error line, nothing sent).
+ *         `location` or `info` is null (one error line, nothing sent).
  */
 RUK_IPMI_API int ipmi_location_set_lldp_connection_info(const blade_location *location,
                                                         const uint8_t *info, uint16_t info_len);

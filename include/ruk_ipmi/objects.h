@@ -25,8 +25,8 @@ typedef struct os_event {
     uint32_t platform[8]; /**< 0x34: the platform's own */
 } os_event;
 
-typedef os_mutex mutex_obj;
-typedef os_event event_obj;
+typedef os_mutex mutex_obj; /**< what `acquire_mutex` locks by */
+typedef os_event event_obj; /**< what `create_event` creates */
 
 /**
  * Locks a named mutex, waiting up to 100 operating-system ticks (10 ms each on the host platform).
@@ -44,7 +44,11 @@ typedef os_event event_obj;
  */
 RUK_IPMI_API uint32_t acquire_mutex(const char *name, mutex_obj *obj, uint32_t per_thread);
 
-/** Unlocks what `acquire_mutex` locked. `obj` must not be null. */
+/**
+ * Unlocks what `acquire_mutex` locked.
+ *
+ * @param obj  the object it was locked by; must not be null.
+ */
 RUK_IPMI_API void release_mutex(mutex_obj *obj);
 
 /**

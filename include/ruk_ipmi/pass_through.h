@@ -33,6 +33,7 @@ extern "C" {
  *                     none, and above 488 the process ends, after an error line.
  * @param request      the block; must not be null.
  * @param out          gets 134 bytes; null is refused as a null location is.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_process_zat_chassis_info(const blade_location *location, uint8_t cmd,
                                                         uint8_t sub_cmd, int request_len,
@@ -42,11 +43,19 @@ RUK_IPMI_API int ipmi_process_zat_chassis_info(int blade_num, uint8_t cmd, uint8
                                                uint8_t out[134]);
 
 /**
- * Passes information of the chassis' storage to the blade of slot `blade_num` (its low 8 bits), as
- * `ipmi_location_process_zat_chassis_info` does that of the chassis. `out` gets 262 bytes; null is
- * refused with an error line and a debug line of the arguments.
+ * Passes information of the chassis' storage to a blade, as
+ * `ipmi_location_process_zat_chassis_info` does that of the chassis.
  *
  * Request 0x30 0xCB, `request_len` bytes; output 262 bytes; refuses a null output.
+ *
+ * @param blade_num    the blade's slot, of which the low 8 bits count.
+ * @param cmd          first byte of the request.
+ * @param sub_cmd      second byte of the request.
+ * @param request_len  as for the chassis.
+ * @param request      the block; must not be null.
+ * @param out          gets 262 bytes; null is refused with an error line and a debug line of the
+ *                     arguments.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_process_zat_storage_info(int blade_num, uint8_t cmd, uint8_t sub_cmd,
                                                int request_len, const void *request,

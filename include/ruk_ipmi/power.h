@@ -39,9 +39,13 @@ typedef struct RUK_IPMI_PACKED power_consumption_data {
 } power_consumption_data;
 
 /**
- * Asks for a blade's power cycle data. `out` gets 2 bytes.
+ * Asks for a blade's power cycle data.
  *
  * Request 0x30 0x9B, 0 bytes; output 2 bytes; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param out       gets 2 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_power_cycle_data(const blade_location *location,
                                                     power_cycle_data *out);
@@ -52,8 +56,11 @@ RUK_IPMI_API int ipmi_get_power_cycle_data(int blade_num, power_cycle_data *out)
  *
  * Request 0x30 0x9C, 2 bytes; output 25 bytes; refuses a null location or output.
  *
- * @param p1, p2  passed on, a byte each.
- * @param out     gets 25 bytes.
+ * @param location  the blade.
+ * @param p1        passed on.
+ * @param p2        passed on.
+ * @param out       gets 25 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_power_consumption_data(const blade_location *location,
                                                           uint8_t p1, uint8_t p2,
@@ -64,8 +71,12 @@ RUK_IPMI_API int ipmi_location_get_power_consumption_data(const blade_location *
  *
  * Request 0x30 0x9D, 3 bytes; output 1 byte; refuses a null location or output.
  *
- * @param p1, p2, p3  passed on, a byte each.
- * @param out         gets 1 byte.
+ * @param location  the blade.
+ * @param p1        passed on.
+ * @param p2        passed on.
+ * @param p3        passed on.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_reset_power_consumption_data(const blade_location *location,
                                                             uint8_t p1, uint8_t p2, uint8_t p3,
@@ -81,6 +92,7 @@ RUK_IPMI_API int ipmi_location_reset_power_consumption_data(const blade_location
  *                  5-6, 8-9 and 10-11 are turned to host byte order. Those in 3-4, 8-9 and 10-11
  *                  are reduced by what byte 12 says, 50 at the most and 16 where it says 0; one
  *                  that is below stays as it is.
+ * @return as all.
  */
 RUK_IPMI_API int location_blade_power_consumption(const blade_location *location, uint8_t out[14]);
 
@@ -96,6 +108,7 @@ RUK_IPMI_API int location_blade_power_consumption(const blade_location *location
  *                    count, and as one hundred per cent where these are above 9999 or where there
  *                    is no such 32-bit number.
  * @param out         gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_efficiency(const blade_location *location, uint8_t first,
                                               uint8_t second, float efficiency, uint8_t *out);
@@ -107,6 +120,7 @@ RUK_IPMI_API int ipmi_set_efficiency(int blade_num, uint8_t first, uint8_t secon
  *
  * Request 0x30 0x87, 5 or 6 bytes; output 2 bytes; refuses a null location or output.
  *
+ * @param location         the blade.
  * @param result           outcome of the allocation; passed on.
  * @param fail_reason      passed on.
  * @param power_allocated  sent least significant byte first.
@@ -114,6 +128,7 @@ RUK_IPMI_API int ipmi_set_efficiency(int blade_num, uint8_t first, uint8_t secon
  * @param fail_reason_ext  passed on, on platforms of the types 1, 2, 3, 0x10 to 0x13, 0x20 and 0x21
  *                         alone; there an error line tells all that is sent.
  * @param out              gets bytes 0-1 of the answer as they come.
+ * @return as all.
  */
 RUK_IPMI_API int location_power_on_response(const blade_location *location, uint8_t result,
                                             uint8_t fail_reason, uint16_t power_allocated,
@@ -121,38 +136,55 @@ RUK_IPMI_API int location_power_on_response(const blade_location *location, uint
                                             uint16_t *out);
 
 /**
- * Controls the throttling of a blade's processors. `location` must not be null; `control` is
- * passed on; `out` gets 3 bytes.
+ * Controls the throttling of a blade's processors.
  *
  * Request 0x30 0x8B, 3 bytes; output 3 bytes; refuses a null output.
+ *
+ * @param location  the blade; must not be null.
+ * @param control   passed on.
+ * @param out       gets 3 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_cpu_throttling_control(const blade_location *location,
                                                       uint8_t control, uint8_t out[3]);
 RUK_IPMI_API int ipmi_cpu_throttling_control(int blade_num, uint8_t control, uint8_t out[3]);
 
 /**
- * Controls the throttling of a blade's memory. `control` is passed on; `out` gets 1 byte.
+ * Controls the throttling of a blade's memory.
  *
  * Request 0x30 0x9A, 3 bytes; output 1 byte; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param control   passed on.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_mem_throttle(const blade_location *location, uint8_t control,
                                             uint8_t *out);
 RUK_IPMI_API int ipmi_mem_throttle(int blade_num, uint8_t control, uint8_t *out);
 
 /**
- * Asks which fan speed a blade wants. `out` gets 3 bytes.
+ * Asks which fan speed a blade wants.
  *
  * Request 0x30 0x8C, 0 bytes; output 3 bytes; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param out       gets 3 bytes.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_requested_fan_speed(const blade_location *location,
                                                        uint8_t out[3]);
 RUK_IPMI_API int ipmi_get_requested_fan_speed(int blade_num, uint8_t out[3]);
 
 /**
- * Tells a blade the state of the chassis' fans. `status` is passed on; `out` gets bytes 0-1 of the
- * answer as they come.
+ * Tells a blade the state of the chassis' fans.
  *
  * Request 0x30 0x95, 3 bytes; output 2 bytes; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param status    passed on.
+ * @param out       gets bytes 0-1 of the answer as they come.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_chassis_fan_status(const blade_location *location, uint8_t status,
                                                   uint16_t *out);

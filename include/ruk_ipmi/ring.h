@@ -65,7 +65,12 @@ typedef struct ipmi_shm {
  */
 RUK_IPMI_API uint32_t get_ipmi_shm_ptr(void **holder);
 
-/** As `get_ipmi_shm_ptr`; afterwards "ruk_mutex_ipmi" is looked up anew at the next access. */
+/**
+ * As `get_ipmi_shm_ptr`; afterwards "ruk_mutex_ipmi" is looked up anew at the next access.
+ *
+ * @param holder  as for `get_ipmi_shm_ptr`.
+ * @return as `get_ipmi_shm_ptr`.
+ */
 RUK_IPMI_API uint32_t get_shm_ptr(void **holder);
 
 /**

@@ -5,7 +5,7 @@
  * function: 0; `IPMI_ERR_INVALID_PARAM` for a null argument it refuses (one error line, nothing
  * sent, output untouched); a status of the message service; or the completion code (0x01-0xFF)
  * with which the blade refused, for example 0xC5 (reservation lost: reserve again) or 0xCB (no
- * such record).
+ * such record). The short form takes the blade's number, its slot, of which the low 8 bits count.
  *
  * The output is overwritten by every call that was sent, successful or not: look at the result
  * first.
@@ -69,8 +69,6 @@ RUK_IPMI_API int ipmi_location_get_sdr_info(const blade_location *location,
  * @return 0, `IPMI_ERR_INVALID_PARAM`, a status of the message service, or a completion code
  */
 RUK_IPMI_API int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *out);
-
-/** `ipmi_location_reserve_sdr` for the blade of slot `blade_num` (its low 8 bits). */
 RUK_IPMI_API int ipmi_reserve_sdr(int blade_num, sdr_reservation *out);
 
 /**

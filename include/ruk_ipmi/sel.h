@@ -4,7 +4,8 @@
  * All commands are of network function 0x0A (Storage) and wait up to 500 ticks. Results of every
  * function: 0; `IPMI_ERR_INVALID_PARAM` for an argument it refuses (one error line, nothing sent,
  * output untouched); a status of the message service; or the completion code (0x01-0xFF) with
- * which the blade refused, for example 0xC5 (reservation lost) or 0xCB (no such record).
+ * which the blade refused, for example 0xC5 (reservation lost) or 0xCB (no such record). The short
+ * form takes the blade's number, its slot, of which the low 8 bits count.
  *
  * The output is overwritten by every call that was sent, successful or not: look at the result
  * first.
@@ -70,8 +71,6 @@ enum {
  */
 RUK_IPMI_API int ipmi_location_set_sel_time(const blade_location *location, uint32_t time,
                                             uint8_t *out);
-
-/** `ipmi_location_set_sel_time` for the blade of slot `blade_num` (its low 8 bits). */
 RUK_IPMI_API int ipmi_set_sel_time(int blade_num, uint32_t time, uint8_t *out);
 
 /**

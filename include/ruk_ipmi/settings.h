@@ -32,9 +32,11 @@ typedef struct power_thermal_request {
  *
  * Request 0x30 0xCE, 6 + `len` bytes; output 10 bytes; refuses a null location, request or output.
  *
- * @param req   the request. A `len` above 482 ends the process, after an error line.
- * @param resp  gets bytes 0-9 of the answer, completion code first; overwritten by every call that
- *              was sent, successful or not.
+ * @param location  the blade.
+ * @param req       the request. A `len` above 482 ends the process, after an error line.
+ * @param resp      gets bytes 0-9 of the answer, completion code first; overwritten by every call
+ *                  that was sent, successful or not.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_process_power_thermal_mgmt(const blade_location *location,
                                                           const power_thermal_request *req,
@@ -53,6 +55,7 @@ RUK_IPMI_API int ipmi_process_power_thermal_mgmt(int blade_num, const power_ther
  *                  of which the low 8 bits are sent; for any other a header alone is sent.
  * @param value     its value, a text of up to 128 characters: a longer one ends the process, after
  *                  an error line. Must not be null for the attributes named.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_physical_location(const blade_location *location,
                                                      uint8_t param_b, uint32_t attr_id,
@@ -67,23 +70,30 @@ RUK_IPMI_API int ipmi_location_set_physical_location(const blade_location *locat
  * @param status_a  gets the first of two bytes of the blade's, 0 where the answer is too short;
  *                  written unless the blade refused.
  * @param status_b  gets the second, likewise.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_lcd_hide_status(const blade_location *location,
                                                    uint8_t *status_a, uint8_t *status_b);
 RUK_IPMI_API int ipmi_get_lcd_hide_status(int blade_num, uint8_t *status_a, uint8_t *status_b);
 
 /**
- * Hides the LCD's messages (parameter group 0x02). `location` must not be null.
+ * Hides the LCD's messages (parameter group 0x02).
  *
  * Request 0x30 0xD0, 9 bytes; output none; refuses nothing.
+ *
+ * @param location  the blade; must not be null.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_hide_lcd_messages(const blade_location *location);
 RUK_IPMI_API int ipmi_hide_lcd_messages(int blade_num);
 
 /**
- * Shows the LCD's messages (parameter group 0x02). `location` must not be null.
+ * Shows the LCD's messages (parameter group 0x02).
  *
  * Request 0x30 0xD0, 9 bytes; output none; refuses nothing.
+ *
+ * @param location  the blade; must not be null.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_unhide_lcd_messages(const blade_location *location);
 RUK_IPMI_API int ipmi_unhide_lcd_messages(int blade_num);
@@ -95,9 +105,10 @@ RUK_IPMI_API int ipmi_unhide_lcd_messages(int blade_num);
  * Request 0x30 0xD0, 7 bytes; output 4 + 4 + 1 byte; refuses a null location, or a null output but
  * `value_c`.
  *
- * @param value_a  gets bytes 9-12 of the answer as they lie.
- * @param value_b  gets bytes 13-16 of the answer as they lie.
- * @param value_c  gets byte 8 of the answer; must not be null.
+ * @param location  the blade.
+ * @param value_a   gets bytes 9-12 of the answer as they lie.
+ * @param value_b   gets bytes 13-16 of the answer as they lie.
+ * @param value_c   gets byte 8 of the answer; must not be null.
  * @return as all; `IPMI_ERR_BAD_RESPONSE_LENGTH` when the answer is not 17 bytes long.
  */
 RUK_IPMI_API int ipmi_location_get_link_tuning_version(const blade_location *location,
@@ -109,6 +120,7 @@ RUK_IPMI_API int ipmi_location_get_link_tuning_version(const blade_location *loc
  *
  * Request 0x30 0xD0, 7 bytes; output 1 byte; refuses a null location or output.
  *
+ * @param location   the blade.
  * @param tx_status  gets byte 8 of the answer; written only when the result is 0.
  * @return as all; `IPMI_ERR_BAD_RESPONSE_LENGTH` when the answer is not 9 bytes long.
  */
@@ -119,6 +131,9 @@ RUK_IPMI_API int ipmi_location_get_link_tuning_tx_status(const blade_location *l
  * Sets the delay of automatic throttling, the one that there is (parameter group 0x1A).
  *
  * Request 0x30 0xD0, 11 bytes; output none; refuses a null location.
+ *
+ * @param location  the blade.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_set_autothrottle_delay(const blade_location *location);
 

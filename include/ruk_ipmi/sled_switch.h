@@ -46,7 +46,9 @@ typedef struct sled_switch_config {
  * Request 0x30 0xD0, 31 bytes; output none; refuses a null location or configuration, or a `len`
  * of 0.
  *
- * @param cfg  the file; `len` must not be 0.
+ * @param location  the blade.
+ * @param cfg       the file; `len` must not be 0.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_set_sled_switch_configuration(const blade_location *location,
                                                     const sled_switch_config *cfg);
@@ -57,19 +59,25 @@ RUK_IPMI_API int ipmi_set_sled_switch_configuration(const blade_location *locati
  *
  * Request 0x30 0xD0, 31 bytes; output 40 bytes; refuses a null location or output.
  *
- * @param out  gets `status` and, unless the blade told the status alone, `len` and 16 bytes of
- *             `name`, whose last byte becomes 0; written only when an answer came.
- * @return as all; when the blade answers 0xC6 twice, 0 (or the second exchange's status), and
- *         `out` is untouched.
+ * @param location  the blade.
+ * @param out       gets `status` and, unless the blade told the status alone, `len` and 16 bytes of
+ *                  `name`, whose last byte becomes 0; written only when an answer came.
+ * @return as all; when the blade answers 0xC6 twice, 0 (or the second exchange's status), and `out`
+ *         is untouched.
  */
 RUK_IPMI_API int ipmi_get_sled_switch_configuration(const blade_location *location,
                                                     sled_switch_config *out);
 
 /**
- * Asks for the state of a sled's two switch links (parameter group 0x0D). The outputs, a byte each
- * as the blade has them, are written only when the result is 0.
+ * Asks for the state of a sled's two switch links (parameter group 0x0D). The outputs are written
+ * only when the result is 0.
  *
  * Request 0x30 0xD0, 6 bytes; output 1 + 1 byte; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param link_a    gets 1 byte as the blade has it.
+ * @param link_b    likewise.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_location_get_sled_switch_link_status(const blade_location *location,
                                                            uint8_t *link_a, uint8_t *link_b);
@@ -80,14 +88,21 @@ RUK_IPMI_API int ipmi_location_get_sled_switch_link_status(const blade_location 
  * Request 0x30 0xCB, 8 + `map_len` bytes; output none; refuses a null location or map, or a
  * `map_len` above 128.
  *
- * @param map_id   which map; passed on.
- * @param map      `map_len` bytes; passed on. Must not be null, even when there are none.
- * @param map_len  0 to 128.
+ * @param location  the blade.
+ * @param map_id    which map; passed on.
+ * @param map       `map_len` bytes; passed on. Must not be null, even when there are none.
+ * @param map_len   0 to 128.
+ * @return as all.
  */
 RUK_IPMI_API int ipmi_set_dynamic_mac_iom_map(const blade_location *location, uint8_t map_id,
                                               const uint8_t *map, uint32_t map_len);
 
-/** The name of a configuration status, e.g. "Completed"; null above 8. Sends nothing. */
+/**
+ * Names a configuration status. Sends nothing.
+ *
+ * @param status  one of `SLED_SWITCH_…`.
+ * @return its name, e.g. "Completed"; null above 8.
+ */
 RUK_IPMI_API const char *ipmi_switch_config_status_to_str(uint32_t status);
 
 #ifdef __cplusplus

@@ -43,6 +43,7 @@ typedef struct RUK_IPMI_PACKED sys_info_param {
  * Request 0x06 0x58, 1 to 488 bytes; output 1 byte; refuses a null location or output, or another
  * parameter.
  *
+ * @param location   the blade.
  * @param parameter  0x00 to 0x02, 0xD1, 0xDC to 0xE0, 0xF2 and 0xF3: a text in blocks of 16 bytes,
  *                   14 in the first; 0xD0: likewise, 13 in the first; 0xC0 to 0xC7: bytes behind
  *                   their count; 0xE2, 0xE5 and 0xFA: bytes alone. Any other is refused.
@@ -51,6 +52,7 @@ typedef struct RUK_IPMI_PACKED sys_info_param {
  *                   (486 or 487 bytes): more ends the process, after an error line.
  * @param out        gets byte 0 of the last answer, unless an earlier block was refused; must not
  *                   be null.
+ * @return as all.
  */
 RUK_IPMI_API int location_set_sys_info(const blade_location *location, uint8_t parameter,
                                        const uint8_t *value, uint32_t length, uint8_t *out);
@@ -62,12 +64,14 @@ RUK_IPMI_API int set_sys_info(int blade_num, uint8_t parameter, const uint8_t *v
  *
  * Request 0x06 0x59, 4 or 6 bytes; output 259 bytes; refuses a null location or output.
  *
+ * @param location   the blade.
  * @param parameter  0x00 to 0x04, 0xD1, 0xDC to 0xE0 and 0xD0: a text in blocks; those of 0x01 to
  *                   0x04 are turned from UTF-8 or UTF-16 to printable ASCII, with a terminator and
  *                   a debug line. 0xC0 to 0xC7: the whole answer lies at the record's beginning.
  *                   0xDA: bytes behind their count. 0xD4, 0xD5: the values of all sets, one behind
  *                   the other. Any other: one block.
  * @param out        cleared first. What does not fit its 256 bytes is not kept.
+ * @return as all.
  */
 RUK_IPMI_API int location_get_sys_info(const blade_location *location, uint8_t parameter,
                                        sys_info_value *out);
@@ -80,7 +84,9 @@ RUK_IPMI_API int get_sys_info(int blade_num, uint8_t parameter, sys_info_value *
  *
  * Request 0x06 0x59, 4 + `length` bytes; output 261 bytes; refuses a null location or parameter.
  *
- * @param param  what is asked for; gets the answer when the result is 0.
+ * @param location  the blade.
+ * @param param     what is asked for; gets the answer when the result is 0.
+ * @return as all.
  */
 RUK_IPMI_API int location_get_sys_info_ex(const blade_location *location, sys_info_param *param);
 

@@ -34,6 +34,8 @@ RUK_IPMI_API uint32_t SetTimeout(ipmi_shm *shm, const blade_location *location, 
 /**
  * Reads a blade's counters.
  *
+ * @param shm       the region itself, from `get_ipmi_shm_ptr`.
+ * @param location  the blade.
  * @param bumps     gets the number of raised time-outs.
  * @param sessions  gets the number of new sessions.
  * @return 0; `IPMI_ERR_INVALID_PARAM` when an argument is null or the table has no entry for the
@@ -45,8 +47,10 @@ RUK_IPMI_API uint32_t GetTimeouts(ipmi_shm *shm, const blade_location *location,
 /**
  * Sets a blade's counters to 0.
  *
+ * @param shm       the region itself, from `get_ipmi_shm_ptr`.
+ * @param location  the blade.
  * @return 0; `IPMI_ERR_INVALID_PARAM` when `shm` or `location` is null or the table has no entry
- * for the location, and nothing is changed.
+ *         for the location, and nothing is changed.
  */
 RUK_IPMI_API uint32_t ClearTimeouts(ipmi_shm *shm, const blade_location *location);
 

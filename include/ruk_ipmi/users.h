@@ -18,10 +18,16 @@ extern "C" {
 #endif
 
 /**
- * Set User Name. `name` is sent in a field of 16 bytes, zeros behind it; what is longer is cut. It
- * must not be null.
+ * Set User Name.
  *
  * Request 0x06 0x45, 17 bytes; output 1 byte; refuses a null location or output.
+ *
+ * @param location  the blade.
+ * @param user_id   which user; sent as it is.
+ * @param name      sent in a field of 16 bytes, zeros behind it; what is longer is cut. Must not be
+ *                  null.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int location_set_user_name(const blade_location *location, uint8_t user_id,
                                         const char *name, uint8_t *out);
@@ -32,9 +38,12 @@ RUK_IPMI_API int set_user_name(int blade_num, uint8_t user_id, const char *name,
  *
  * Request 0x06 0x47, 22 bytes; output 1 byte; refuses a null location or output.
  *
+ * @param location  the blade.
  * @param user_id   sent as it is: whose controller wants bit 7 for a password of 20 bytes sets it.
  * @param password  sent in a field of 20 bytes, zeros behind it; what is longer is cut. Must not be
  *                  null.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int location_set_user_password(const blade_location *location, uint8_t user_id,
                                             const char *password, uint8_t *out);
@@ -42,10 +51,16 @@ RUK_IPMI_API int set_user_password(int blade_num, uint8_t user_id, const char *p
                                    uint8_t *out);
 
 /**
- * Set User Password, to disable or enable a user (operation 0 or 1). `enable` is 0 or 1.
+ * Set User Password, to disable or enable a user (operation 0 or 1).
  *
  * Request 0x06 0x47, 2 bytes; output 1 byte; refuses a null location or output, or an `enable`
  * above 1.
+ *
+ * @param location  the blade.
+ * @param user_id   which user; sent as it is.
+ * @param enable    0 or 1.
+ * @param out       gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int location_enable_disable_user(const blade_location *location, uint8_t user_id,
                                               uint32_t enable, uint8_t *out);
@@ -56,6 +71,13 @@ RUK_IPMI_API int enable_disable_user(int blade_num, uint8_t user_id, uint32_t en
  * there stays as it is.
  *
  * Request 0x06 0x43, 4 bytes; output 1 byte; refuses a null location or output.
+ *
+ * @param location         the blade.
+ * @param user_id          which user; sent as it is.
+ * @param privilege_limit  passed on.
+ * @param session_limit    passed on.
+ * @param out              gets 1 byte.
+ * @return as all.
  */
 RUK_IPMI_API int location_set_user_access(const blade_location *location, uint8_t user_id,
                                           uint8_t privilege_limit, uint8_t session_limit,
