@@ -49,7 +49,7 @@ class failing_platform final : public platform_driver
     {
         std::ostringstream text;
         text << std::hex << std::setfill('0') << std::setw(4) << request.netfn_cmd << ':';
-        for (uint32_t at = 0; at < request.data_len; ++at)
+        for (uint32_t at = 0; at < request.data_len && at < sizeof request.data; ++at)
             text << std::setw(2) << unsigned{request.data[at]};
         requests_ += (requests_.empty() ? "" : ";") + text.str();
     }
