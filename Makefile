@@ -1,13 +1,14 @@
 # The two commands of this project, and what they stand on.
 
+# Configured as the packages are installed: under /usr.
 BUILD := build/native
 JOBS := $(shell nproc)
 
-.PHONY: all demo test bench docs format clean
+.PHONY: all demo test bench docs packages format clean
 
 all:
 	@scripts/install-dependencies build
-	@cmake -S . -B $(BUILD) -G Ninja -DBUILD_TESTING=OFF > /dev/null
+	@cmake -S . -B $(BUILD) -G Ninja -DBUILD_TESTING=OFF -DCMAKE_INSTALL_PREFIX=/usr > /dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
 # A simulated chassis and a real controller, read from the shell.
@@ -29,6 +30,12 @@ bench:
 docs:
 	@scripts/install-dependencies docs
 	@scripts/reference
+
+# The Debian packages, in build/packages.
+packages: all
+	@scripts/install-dependencies packages
+	@rm -rf build/packages
+	@cd $(BUILD) && cpack -D CPACK_OUTPUT_FILE_PREFIX=$(CURDIR)/build/packages
 
 format:
 	@scripts/install-dependencies format
