@@ -2,6 +2,7 @@
 
 import ctypes
 import os
+import pathlib
 import stat
 import subprocess
 
@@ -53,13 +54,17 @@ class CleanRoot:
         shell(f"DEBIAN_FRONTEND=noninteractive apt-get install --reinstall -y {names} </dev/null")
 
     def left_behind(self):
-        """What is there now and was not at first, or the other way round."""
+        """What is there now and was not at first, or the other way round; other packages' files are
+        theirs to remove."""
+        lists = self.outside("/var/lib/dpkg/info").glob("*.list")
+        others = {line for each in lists for line in each.read_text().splitlines()}
         found = []
         for path in sorted(self.changes.rglob("*")):
             name = str(path.relative_to(self.changes))
             gone = stat.S_ISCHR(path.lstat().st_mode)  # how this file system notes it
             new = not os.path.lexists(os.path.join(self.below, name))
-            if (gone or new) and not name.startswith(BOOKKEEPING):
+            of_others = others & {f"/{name}", f"/{name.removeprefix('usr/')}"}
+            if (gone or new) and not of_others and not name.startswith(BOOKKEEPING):
                 found.append(name)
         return found
 
@@ -76,7 +81,7 @@ class StagedPrefix:
         self.home.mkdir()
 
     def outside(self, path):
-        return path
+        return pathlib.Path(path)
 
     def shell(self):
         usr = self.path / "usr"

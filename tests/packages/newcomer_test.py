@@ -1,8 +1,8 @@
 """README as a newcomer follows it: in a clone, from top to bottom, whatever it shows.
 
 What takes minutes is not done here, nor what would change the machine:
-- `make` alone gives the clone the programs and libraries of the build that is tested, instead of
-  building the same again;
+- `make` alone installs what it needs, and then gives the clone the programs and libraries of the
+  build that is tested, instead of building the same again;
 - of `make demo`, `make test`, `make bench` and the like it is seen that there is such a target;
 - `make packages` gives the packages of that build, made by the same command;
 - `sudo apt-get install` installs them without asking, in a root of its own.
@@ -42,6 +42,7 @@ def newcomer(root, shell, clone, packages):
     """Types a command; what it says."""
 
     def programs_of_this_build():
+        shell("scripts/install-dependencies build", patience=600)
         native = clone / "build/native"
         (native / "bin").mkdir(parents=True)
         for each in ("bin/ruk-chassisd", "bin/ruk-ipmi", "libruk_ipmi.a", "libruk_platform.a"):

@@ -60,7 +60,7 @@ class Shell:
         while idle < 10 and time.monotonic() < until:
             states = [each.read_text().rpartition(")")[2].split()[0] for each in
                       threads.glob("*/stat")]
-            assert states, f"{pid} has ended"
+            assert states, f"{pid} has ended\n{self._type(':', 10)[0]}"
             idle = idle + 1 if set(states) == {"S"} else 0
             time.sleep(0.05)
 
