@@ -63,8 +63,8 @@ class CleanRoot:
             name = str(path.relative_to(self.changes))
             gone = stat.S_ISCHR(path.lstat().st_mode)  # how this file system notes it
             new = not os.path.lexists(os.path.join(self.below, name))
-            of_others = others & {f"/{name}", f"/{name.removeprefix('usr/')}"}
-            if (gone or new) and not of_others and not name.startswith(BOOKKEEPING):
+            ours = others.isdisjoint({f"/{name}", f"/{name.removeprefix('usr/')}"})
+            if (gone or new and ours) and not name.startswith(BOOKKEEPING):
                 found.append(name)
         return found
 
