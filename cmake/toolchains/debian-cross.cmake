@@ -1,12 +1,5 @@
 # What the cross toolchains of Debian have in common; `triplet` names the one. Each has its own
 # compilers and binutils, and its libraries under /usr/<triplet>.
 
-set(CMAKE_SYSTEM_NAME Linux)
-set(CMAKE_C_COMPILER ${triplet}-gcc)
-set(CMAKE_CXX_COMPILER ${triplet}-g++)
-
+include(${CMAKE_CURRENT_LIST_DIR}/cross.cmake)
 set(CMAKE_FIND_ROOT_PATH /usr/${triplet})
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
