@@ -21,8 +21,8 @@ enum { RUK_MSG_NOT_ANSWERED = 0x5007 };
 
 /**
  * Attaches the calling process to the service. Called before every exchange and balanced by
- * `detach_ruk_shm`, so attachments must nest, and be cheap; the runtime's asynchronous path keeps
- * one attachment for good.
+ * `detach_ruk_shm`, so attachments must nest, and be cheap. An asynchronous command keeps its
+ * attachment for good, and so does whoever has found the shared region: there is no end of them.
  */
 uint32_t attach_ruk_shm(void);
 

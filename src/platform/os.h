@@ -35,13 +35,15 @@ uint32_t os_mutex_create(const char *name, os_mutex *mutex);
  *  next to nothing and hold on to nothing when the object is thrown away. */
 uint32_t os_mutex_ident(const char *name, os_mutex *mutex);
 
-/** Locks, waiting up to `ticks`. */
+/** Locks, waiting up to `ticks`. Null, or an object without a name, gives a status and does no
+ *  harm. */
 uint32_t os_mutex_get(os_mutex *mutex, uint32_t ticks);
 
-/** Unlocks. Its result is not looked at. */
+/** Unlocks. Its result is not looked at; what the caller does not hold stays as it is. */
 uint32_t os_mutex_put(os_mutex *mutex);
 
-/** Makes the event `name`, not set. */
+/** Makes the event `name`, not set. Another process may have one of the same name: it is another
+ *  event. */
 uint32_t os_ev_create(const char *name, os_event *event);
 
 /** Sets the event: wakes one waiter, or the next one to come. An event that was never created or
@@ -56,8 +58,8 @@ uint32_t os_ev_wait(os_event *event, uint32_t ticks);
 /** Deletes the event and empties its name. */
 uint32_t os_ev_delete(os_event *event);
 
-/** Starts a thread in `entry(arg)` and stores its identifier, never 0, in `*id`, before the thread
- *  runs. */
+/** Starts a POSIX thread in `entry(arg)`, which nobody will join, and stores its identifier, never
+ *  0, in `*id`, before the thread runs; leaves `*id` alone on failure. */
 uint32_t os_thread_create(void *(*entry)(void *), void *arg, os_thread_id *id);
 
 /** Names the calling thread. */
@@ -79,7 +81,8 @@ uint32_t os_notify_init(os_notify_handle *handle, os_notify_hook hook);
  *  delivered in `*type`. The second argument is 0. */
 uint32_t os_notify_get(uint32_t *type, uint32_t reserved, va_list args);
 
-/** Begins delivery to the handle's hook of the types in `list`. */
+/** Begins delivery to the handle's hook of the types in `list`. A list and a handle of 0 give a
+ *  status: nobody has made them. */
 uint32_t os_notify_register(os_notify_list list, os_notify_handle handle);
 
 /** Ends delivery. The hook is not running any more when this returns, unless it is the hook that
