@@ -28,7 +28,7 @@ void careless_log(const char *function)
 
 } // namespace
 
-// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c): the linker wants these names
+// NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): linker names
 extern "C" {
 
 uint32_t __real_attach_ruk_shm();
@@ -277,4 +277,4 @@ const uint32_t *__wrap__gPlatInfo()
     return broken("_gPlatInfo") ? nullptr : __real__gPlatInfo();
 }
 }
-// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c)
+// NOLINTEND(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp)

@@ -16,7 +16,8 @@ void say_everything()
 {
     slog_elog("check: an error %d (0x%08x)\n", -1, 0x5007);
     slog_nlog("check: a notice without an end");
-    slog_dlog("check: debug %s %hhu %.32s\n", "text", 200, "a text that is cut off somewhere here");
+    slog_dlog("check: debug %s %hhu %.32s\n", "text", uint8_t{200},
+              "a text that is cut off somewhere here");
     slog_vlog("check: verbose @ %p\n", nullptr);
     os_log(1, 4, "check: %s\n", "the OS layer's");
 }
