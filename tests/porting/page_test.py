@@ -100,7 +100,16 @@ def test_a_program_is_linked_as_shown(parts, environment, library):
     # The host's platform is written in C++.
     linked = sh(command.replace("-pthread", "-pthread -lstdc++"), cwd=parts)
     assert linked.returncode == 0, linked.stderr
+    needed = sh("readelf -d program", cwd=parts).stdout
+    assert ("libruk_ipmi.so.1" in needed) == (library == "-lruk_ipmi")
     assert sh("./program", cwd=parts, env=environment | {"LD_LIBRARY_PATH": "."}).returncode == 0
+
+
+def test_the_linker_misses_what_a_platform_would_have(parts):
+    for library in ("libruk_ipmi.a", "-lruk_ipmi"):
+        linked = sh(f"gcc program.o -L. {library} -pthread -o program", cwd=parts)
+        assert linked.returncode != 0
+        assert "undefined reference to `attach_ruk_shm'" in linked.stderr
 
 
 def missing_functions(parts):
