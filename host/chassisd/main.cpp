@@ -1,6 +1,5 @@
 // ruk-chassisd: component 4 of the message service on ordinary Linux.
 
-#include <CLI/CLI.hpp>
 #include <csignal>
 #include <cstdio>
 #include <sys/resource.h>
@@ -12,11 +11,11 @@
 #include "chassisd/chassis.h"
 #include "chassisd/config.h"
 #include "chassisd/interrupts.h"
+#include "chassisd/options.h"
 #include "platform/directory.h"
 #include "platform/log.h"
 #include "platform/platform_info.h"
 #include "platform/region.h"
-#include "ruk_ipmi/version.h"
 
 namespace
 {
@@ -126,47 +125,26 @@ void serve(const chassis_config &config, const std::string &path, int ready_fd)
 
 int main(int argc, char **argv)
 {
-    CLI::App app{"Serves the blades of a chassis to the IPMI clients of this machine.",
-                 "ruk-chassisd"};
-    app.footer("The runtime directory is $RUK_RUNTIME_DIR, else /run/ruk for root, else "
-               "$XDG_RUNTIME_DIR/ruk.\nSIGHUP makes it read its file again: blades come, go and "
-               "change as the file\nsays now; the others go on. SIGTERM and SIGINT stop it.\n"
-               "The log goes to standard error as $RUK_LOG says: none, error, notice (the\n"
-               "default), debug or verbose, with \"syslog:\" before it for the system's log.");
-    std::string config_path;
-    unsigned simulated = 0;
-    int ready_fd = -1;
-    bool check = false;
-    auto *config_option =
-        app.add_option("--config", config_path, "Chassis description, TOML")->option_text("FILE");
-    app.add_option("--simulate", simulated, "Serve N simulated blades in slots 1 to N, no file")
-        ->option_text("N")
-        ->check(CLI::Range(1, 255))
-        ->excludes(config_option);
-    app.add_flag("--check", check, "Only check the file, then exit")->needs(config_option);
-    app.add_option("--ready-fd", ready_fd, "Write \"ready\" to this descriptor once serving")
-        ->option_text("FD")
-        ->check(CLI::NonNegativeNumber);
-    app.set_version_flag("--version", "ruk-chassisd " RUK_IPMI_VERSION);
+    options typed;
     try {
-        app.parse(argc, argv);
-        if (config_path.empty() && simulated == 0)
+        typed.app.parse(argc, argv);
+        if (typed.config_path.empty() && typed.simulated == 0)
             throw CLI::RequiredError("--config FILE or --simulate N");
     } catch (const CLI::ParseError &error) {
-        return app.exit(error) == 0 ? 0 : exit_usage;
+        return typed.app.exit(error) == 0 ? 0 : exit_usage;
     }
 
     setenv("RUK_LOG", "notice", false);
     try {
-        const chassis_config config =
-            simulated != 0 ? simulated_chassis(simulated) : load_config(config_path);
-        if (check) {
+        const chassis_config config = typed.simulated != 0 ? simulated_chassis(typed.simulated)
+                                                           : load_config(typed.config_path);
+        if (typed.check) {
             const size_t blades = config.blades.size();
-            printf("%s: %zu %s, no mistakes found\n", config_path.c_str(), blades,
+            printf("%s: %zu %s, no mistakes found\n", typed.config_path.c_str(), blades,
                    blades == 1 ? "blade" : "blades");
             return 0;
         }
-        serve(config, config_path, ready_fd);
+        serve(config, typed.config_path, typed.ready_fd);
         return 0;
     } catch (const config_error &error) {
         fprintf(stderr, "%s\n", error.what());

@@ -21,7 +21,7 @@ report set(const blade &at)
 void add_autothrottle(const noun &root)
 {
     const noun throttle = root.noun_below("autothrottle", "Automatic throttling");
-    throttle.verb("set", "Set its delay, the one that there is", set);
+    throttle.verb("set", "Set the delay of throttling, the one that there is", set);
 }
 
 } // namespace cli

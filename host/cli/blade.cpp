@@ -138,7 +138,7 @@ void add_states(const noun &blade)
     blade.verb("identify-led", "Show the state of the identify LED", identify_led);
     blade.verb("post-code", "Show the last POST codes, 130 bytes", post_codes).binary();
     blade.verb("staging", "Show a staging block, 256 bytes", staging)
-        .argument("N", &staging_choice::which, number<uint8_t>, "Which, 0 to 255")
+        .argument("N", &staging_choice::which, number<uint8_t>, "Which block, 0 to 255")
         .binary();
     blade.verb("queue", "Show a queue block, 256 bytes", queue)
         .argument("A", &queue_choice::first, number<uint8_t>, "Which, 0 to 255")
@@ -153,7 +153,7 @@ void add_actions(const noun &blade)
                            "Its first line is the login's text, up to 20 characters; - is standard "
                            "input; asked for without echo when not given");
     blade.verb("alert-test", "Let the blade send a test alert", alert_test)
-        .argument("N", &alert_choice::which, number<uint8_t>, "Which, 0 to 255")
+        .argument("N", &alert_choice::which, number<uint8_t>, "Which alert, 0 to 255")
         .option("--data", "HEX", &alert_choice::data, hex_of<4>,
                 "4 bytes sent along; zeros when not given");
     with_content<128>(blade.verb("edid", "Give the blade a monitor's EDID", edid),
@@ -161,7 +161,7 @@ void add_actions(const noun &blade)
         .option("--which", "N", &edid_choice::which, number<uint8_t>,
                 "Which monitor, 0 when not given");
     blade.verb("firmware-update", "Let the controller enter its firmware update", firmware_update)
-        .flag("--yes", &consent::given, "It is meant; must be said")
+        .flag("--yes", &consent::given, "It is meant")
         .required();
 }
 

@@ -80,6 +80,11 @@ uint8_t device(const std::string &name)
     return number_named(devices, name);
 }
 
+std::vector<std::string> device_names()
+{
+    return all_names(devices);
+}
+
 report get_device(const blade &at)
 {
     const bytes flags = option(at, boot_flags, 0);
@@ -147,21 +152,22 @@ report set_device(const blade &at, const device_choice &chosen)
 void add_boot_options(const noun &chassis)
 {
     const noun device_noun = chassis.noun_below("boot-device", "What the blade boots from");
-    device_noun.verb("get", "Show what is set", get_device);
-    device_noun.verb("set", "Set what it boots from next", set_device)
+    device_noun.verb("get", "Show what the blade boots from", get_device);
+    device_noun.verb("set", "Set what the blade boots from next", set_device)
         .argument("DEVICE", &device_choice::device, device,
                   "none, pxe, disk, safe, diag, cdrom, bios or floppy")
+        .choices(device_names)
         .flag("--persistent", &device_choice::persistent, "Every time, not only the next")
         .flag("--efi", &device_choice::efi, "By EFI, not by a legacy BIOS");
 
     const noun option = chassis.noun_below("boot-option", "The boot options in bytes");
-    option.verb("get", "Show an option's first 5 bytes", get)
+    option.verb("get", "Show a boot option's first 5 bytes", get)
         .argument("N", &option_choice::parameter, number_from_to<uint8_t, 0, 127>,
                   "Parameter, 0 to 127")
         .option("--set", "N", &option_choice::set, number<uint8_t>,
                 "Which of several values, 0 when not given")
         .binary();
-    option.verb("set", "Set an option", set)
+    option.verb("set", "Set a boot option", set)
         .argument("N", &option_choice::parameter, number<uint8_t>,
                   "Parameter, 0 to 127; 128 more marks it as invalid")
         .argument("HEX", &option_choice::data, hex_up_to<longest_option>,

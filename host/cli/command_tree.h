@@ -85,8 +85,7 @@ class verb
     verb &argument(const char *name, Value Owner::*field, Value (*read)(const std::string &),
                    const char *help)
     {
-        syntax_.option(name, " ", keeper(name, field, read), help);
-        return required();
+        return optional_argument(name, field, read, help).required();
     }
 
     // Any number of arguments, each read by itself.
@@ -116,7 +115,15 @@ class verb
     verb &optional_argument(const char *name, Value Owner::*field,
                             Value (*read)(const std::string &), const char *help)
     {
-        return option(name, " ", field, read, help);
+        syntax_.argument(name, keeper(name, field, read), help);
+        return *this;
+    }
+
+    // Words that the option or argument declared last takes, for those who look for them.
+    verb &choices(std::vector<std::string> (*known)())
+    {
+        syntax_.choices(known);
+        return *this;
     }
 
     // The option declared last must be there.

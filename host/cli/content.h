@@ -46,7 +46,7 @@ verb<Choice> with_content(verb<Choice> verb, const char *help)
 {
     verb.optional_argument("FILE", &content_choice::file, content_of_file<room>, help)
         .option("--hex", "HEX", &content_choice::typed, content_typed<room>,
-                "The bytes themselves, instead of a file, e.g. 01ff")
+                "The bytes themselves, e.g. 01ff")
         .excludes("FILE");
     return verb;
 }

@@ -113,11 +113,11 @@ report send_feature(const blade &at, const value_choice &chosen)
 void add_controller(const noun &root)
 {
     const noun controller = root.noun_below("controller", "The blade's management controller");
-    controller.verb("info", "Show what it is and what it can do", info);
+    controller.verb("info", "Show what the controller is and what it can do", info);
     controller.verb("discovery", "Show how far automatic discovery is, 9 bytes", discovery);
-    controller.verb("send-value", "Send it a value", send_value)
+    controller.verb("send-value", "Send the controller a value", send_value)
         .argument("HEX", &value_choice::value, hex_of<6>, "The value's 6 bytes");
-    controller.verb("send-feature", "Send it a feature block", send_feature)
+    controller.verb("send-feature", "Send the controller a feature block", send_feature)
         .argument("HEX", &value_choice::value, hex_of<8>, "The block's 8 bytes");
 }
 

@@ -44,7 +44,7 @@ report access(const blade &at, const cpld_request &wanted)
 void add_cpld(const noun &root)
 {
     const noun cpld = root.noun_below("cpld", "The blade's CPLD");
-    cpld.verb("access", "Send a request and show 3 bytes of the answer", access)
+    cpld.verb("access", "Send the CPLD a request and show 3 bytes of the answer", access)
         .argument("HEX", &cpld_request::data, hex_of<10>,
                   "The request's 10 bytes as they travel, the operation first");
 }

@@ -147,7 +147,7 @@ void add_events(const noun &root)
                 "Only these, e.g. 1-8,40; otherwise all, 1 to 64. With -b: of these blades");
     events.verb("post", "Post an interrupt for each blade, and show its number", post)
         .option("--events", "LIST", &post_choice::events, parse_events,
-                "The events it asserts, 1 to 64, e.g. 3,40; must be said")
+                "The events it asserts, 1 to 64, e.g. 3,40")
         .required()
         .option("--data", "HEX", &post_choice::data, interrupt_data,
                 "Its data, up to 164 bytes, e.g. 01ff");

@@ -49,8 +49,7 @@ report copy_status(const blade &at, const file_choice &chosen)
 template <typename Choice>
 verb<Choice> with_selector(verb<Choice> verb)
 {
-    verb.option("--selector", "N", &file_choice::selector, number<uint8_t>,
-                "Which file; must be said")
+    verb.option("--selector", "N", &file_choice::selector, number<uint8_t>, "Which file")
         .required();
     return verb;
 }
@@ -69,7 +68,7 @@ void add_file(const noun &root)
     const noun path = file.noun_below("path", "Where a file is");
     with_path(with_selector(path.verb("set", "Tell the blade a file's network path", set)));
     const noun tuning = file.noun_below("lt-path", "Where the file with the link tuning is");
-    with_path(tuning.verb("set", "Tell the blade its network path", set_tuning));
+    with_path(tuning.verb("set", "Tell the blade that file's network path", set_tuning));
     with_selector(file.verb("copy-status", "Show how far the copy of a file is", copy_status));
 }
 

@@ -45,7 +45,7 @@ report get(const blade &at)
 void add_imc_event(const noun &root)
 {
     const noun event = root.noun_below("imc-event", "The miscellaneous IMC event record");
-    event.verb("get", "Show the record", get);
+    event.verb("get", "Show the miscellaneous IMC event record", get);
 }
 
 } // namespace cli

@@ -88,15 +88,17 @@ report set(const blade &at, const set_choice &chosen)
 void add_lan(const noun &root)
 {
     const noun lan = root.noun_below("lan", "The LAN configuration of the blade's controller");
-    lan.verb("print", "Show the configuration", print);
+    lan.verb("print", "Show the LAN configuration", print);
     lan.verb("get", "Show one parameter, in bytes too", get)
         .argument("PARAMETER", &lan_choice::parameter, lan_parameter_number,
-                  "A name, as set has them, or a number, 0 to 255")
+                  "A name, as set has them, progress, auth, or a number, 0 to 255")
+        .choices(lan_parameter_names)
         .binary();
     lan.verb("set", "Set one parameter", set)
         .argument("PARAMETER", &lan_choice::parameter, lan_parameter_number,
                   "ipaddr, ipsrc, macaddr, netmask, defgw, defgw-mac, bakgw, bakgw-mac, "
                   "community, vlan, priority, or a number, 0 to 255")
+        .choices(settable_lan_parameter_names)
         .argument("VALUE", &set_choice::value, text_up_to<1024>,
                   "An address; static, dhcp, bios or other; a community's name; a VLAN, 1 to "
                   "4094, or off; its priority, 0 to 7")

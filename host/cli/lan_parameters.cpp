@@ -151,4 +151,21 @@ uint8_t lan_parameter_number(const std::string &text)
     return number_or_named(names, text);
 }
 
+std::vector<std::string> lan_parameter_names()
+{
+    std::vector<std::string> names;
+    for (const lan_parameter &each : lan_parameters())
+        names.emplace_back(each.name);
+    return names;
+}
+
+std::vector<std::string> settable_lan_parameter_names()
+{
+    std::vector<std::string> names;
+    for (const lan_parameter &each : lan_parameters())
+        if (each.typed)
+            names.emplace_back(each.name);
+    return names;
+}
+
 } // namespace cli

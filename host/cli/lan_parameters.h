@@ -25,6 +25,10 @@ const lan_parameter *lan_parameter_numbered(uint8_t number);
 // The number that is meant: one of these by its name, or any by its number.
 uint8_t lan_parameter_number(const std::string &text);
 
+// The names of all, and of those that can be set.
+std::vector<std::string> lan_parameter_names();
+std::vector<std::string> settable_lan_parameter_names();
+
 } // namespace cli
 
 #endif

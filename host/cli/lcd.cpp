@@ -38,7 +38,7 @@ void add_lcd(const noun &root)
     const noun lcd = root.noun_below("lcd", "The messages on the blade's LCD");
     lcd.verb("hide", "Hide the messages", hide);
     lcd.verb("show", "Show the messages on the LCD again", show);
-    lcd.verb("status", "Show whether they are hidden, in the blade's two bytes", show_status);
+    lcd.verb("status", "Show whether the messages are hidden, in two bytes", show_status);
 }
 
 } // namespace cli

@@ -28,6 +28,11 @@ led led_named(const std::string &name)
     throw usage_failure("\"" + name + "\" is neither server nor drive");
 }
 
+std::vector<std::string> led_names()
+{
+    return {"server", "drive"};
+}
+
 // Tells what was asked for: whether the blade did it, the library does not say.
 report ask_for(const blade &at, const led &which, bool blinking)
 {
@@ -52,9 +57,12 @@ void add_led(const noun &root)
     constexpr const char *which =
         "server or drive. That the blade refused is only in the log: -v shows it";
     const noun led = root.noun_below("led", "LEDs that blink on demand");
-    led.verb("blink", "Let a LED blink", blink).argument("LED", &led_choice::led, led_named, which);
+    led.verb("blink", "Let a LED blink", blink)
+        .argument("LED", &led_choice::led, led_named, which)
+        .choices(led_names);
     led.verb("off", "Stop a LED's blinking", off)
-        .argument("LED", &led_choice::led, led_named, which);
+        .argument("LED", &led_choice::led, led_named, which)
+        .choices(led_names);
 }
 
 } // namespace cli

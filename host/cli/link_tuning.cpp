@@ -39,8 +39,8 @@ report tx_status(const blade &at)
 void add_link_tuning(const noun &root)
 {
     const noun tuning = root.noun_below("link-tuning", "The tuning of the blade's links");
-    tuning.verb("version", "Show the version, in the blade's bytes", version);
-    tuning.verb("tx-status", "Show the transmit status", tx_status);
+    tuning.verb("version", "Show the tuning's version, in the blade's bytes", version);
+    tuning.verb("tx-status", "Show the links' transmit status", tx_status);
 }
 
 } // namespace cli

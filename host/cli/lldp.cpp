@@ -36,7 +36,7 @@ report send(const blade &at, const lldp_choice &chosen)
 void add_lldp(const noun &root)
 {
     const noun lldp = root.noun_below("lldp", "The blade's LLDP connection information");
-    lldp.verb("send", "Give the blade the information", send)
+    lldp.verb("send", "Give the blade its connection information", send)
         .argument("FILE", &lldp_choice::info, file_up_to<longest>,
                   "The information, up to 65533 bytes; - is standard input. It goes in parts of "
                   "128; that the blade refused one before the last is only in the log: -vv shows "

@@ -19,11 +19,21 @@ struct location_choice {
     std::string value;
 };
 
+constexpr uint32_t attributes[] = {637, 706, 633, 205, 600, numeric_attribute};
+
+std::vector<std::string> attribute_numbers()
+{
+    std::vector<std::string> numbers;
+    for (const uint32_t each : attributes)
+        numbers.push_back(std::to_string(each));
+    return numbers;
+}
+
 // Of any other attribute the library would send nothing but a header.
 uint32_t attribute(const std::string &text)
 {
     const auto id = number<uint32_t>(text);
-    for (const uint32_t known : {637u, 706u, 633u, 205u, 600u, numeric_attribute})
+    for (const uint32_t known : attributes)
         if (id == known)
             return id;
     throw usage_failure(text + " is none of 637, 706, 633, 205, 600 and 513");
@@ -47,7 +57,8 @@ void add_location(const noun &root)
     const noun location = root.noun_below("location", "The blade's physical location");
     location.verb("set", "Tell the blade an attribute of its location", set)
         .option("--attribute", "ID", &location_choice::attribute, attribute,
-                "637, 706, 633, 205 or 600, which are texts, or 513, a number; must be said")
+                "637, 706, 633, 205 or 600, which are texts, or 513, a number")
+        .choices(attribute_numbers)
         .required()
         .option("--param", "N", &location_choice::param, number<uint8_t>,
                 "Number sent along with a text, 0 when not given")

@@ -24,6 +24,9 @@ std::string name_of(const name_table &table, uint8_t number);
 // The number of that name; any other text is a usage failure.
 uint8_t number_named(const name_table &table, const std::string &name);
 
+// All names of a table.
+std::vector<std::string> all_names(const name_table &table);
+
 // The same, or any number as it is typed.
 uint8_t number_or_named(const name_table &table, const std::string &text);
 

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "cli/terminal.h"
+#include "help/wrapped.h"
 
 namespace cli
 {
@@ -62,7 +63,7 @@ void put_table(const json &rows)
         const bool fits = width == no_width || row.size() + line.back().size() <= width;
         put(fits ? row + line.back()
                  : trimmed(row) + "\n" + std::string(indent, ' ') +
-                       wrapped(line.back(), width - std::min(indent, width / 2), indent));
+                       help::wrapped(line.back(), width - std::min(indent, width / 2), indent));
         put("\n");
     }
 }
@@ -83,7 +84,7 @@ void put_fields(const json &fields, size_t indent)
         } else {
             const size_t column = indent + width;
             put(std::string(indent, ' ') + padded(label(key) + ":", width) +
-                wrapped(value_text(value), line_width - column, column) + "\n");
+                help::wrapped(value_text(value), line_width - column, column) + "\n");
         }
     }
 }
@@ -198,24 +199,6 @@ std::string printable(const std::string &text)
         if (each < ' ' || each > '~')
             each = '?';
     return trimmed(clean);
-}
-
-std::string wrapped(const std::string &text, size_t room, size_t indent)
-{
-    std::string result;
-    for (size_t start = 0; start < text.size();) {
-        size_t end = text.size();
-        if (end - start > room) {
-            end = text.rfind(' ', start + room);
-            if (end == std::string::npos ||
-                end <= start) // a word that is longer than the room stays whole
-                end = std::min(text.find(' ', start), text.size());
-        }
-        result +=
-            (start == 0 ? "" : "\n" + std::string(indent, ' ')) + text.substr(start, end - start);
-        start = end + 1;
-    }
-    return result;
 }
 
 progress::progress(const std::string &what, size_t total)

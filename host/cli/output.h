@@ -53,9 +53,6 @@ std::string value_text(const json &value);
 // A text with blanks behind it, `width` characters or more.
 std::string padded(std::string text, size_t width);
 
-// Breaks a text at blanks into lines of `room` characters; the lines but the first are indented.
-std::string wrapped(const std::string &text, size_t room, size_t indent);
-
 // Tells on standard error how far a long transfer is, when a person is watching. Leaves no trace.
 class progress
 {

@@ -160,20 +160,23 @@ verb<Choice> with_parameters(verb<Choice> verb)
 
 void add_throttle(const noun &power)
 {
-    const noun throttle = power.noun_below("throttle", "Throttling");
+    const noun throttle = power.noun_below("throttle", "Throttling of processors and memory");
     throttle.verb("cpu", "Control the throttling of the processors", throttle_processors)
-        .argument("N", &control_choice::control, number<uint8_t>, "In the blade's numbers");
+        .argument("N", &control_choice::control, number<uint8_t>,
+                  "In the blade's numbers, 0 to 255");
     throttle.verb("memory", "Control the throttling of the memory", throttle_all_memory)
-        .argument("N", &control_choice::control, number<uint8_t>, "In the blade's numbers");
+        .argument("N", &control_choice::control, number<uint8_t>,
+                  "In the blade's numbers, 0 to 255");
 }
 
 void add_fan(const noun &power)
 {
-    const noun fan = power.noun_below("fan", "Fans");
+    const noun fan = power.noun_below("fan", "What the blade asks of the fans, and their state");
     fan.verb("requested", "Show the fan speed that the blade asks for, 2 bytes",
              requested_fan_speed);
     fan.verb("chassis", "Tell the blade the state of the chassis' fans", chassis_fans)
-        .argument("N", &control_choice::control, number<uint8_t>, "In the blade's numbers");
+        .argument("N", &control_choice::control, number<uint8_t>,
+                  "In the blade's numbers, 0 to 255");
 }
 
 } // namespace
@@ -194,13 +197,16 @@ void add_power(const noun &root)
         .option("--second", "N", &efficiency_choice::second, number<uint8_t>,
                 "Second byte, 0 when not given");
     power.verb("response", "Answer a blade that has asked for power", response)
-        .argument("RESULT", &response_choice::result, number<uint8_t>, "Of the allocation")
-        .argument("POWER", &response_choice::power, number<uint16_t>, "What it is granted")
+        .argument("RESULT", &response_choice::result, number<uint8_t>,
+                  "Result of the allocation, 0 to 255")
+        .argument("POWER", &response_choice::power, number<uint16_t>,
+                  "What the blade is granted, 0 to 65535")
         .option("--fail-reason", "N", &response_choice::fail_reason, number<uint8_t>,
-                "0 when not given")
-        .option("--warning", "N", &response_choice::warning, number<uint8_t>, "0 when not given")
+                "Why it failed, 0 when not given")
+        .option("--warning", "N", &response_choice::warning, number<uint8_t>,
+                "Warning, 0 when not given")
         .option("--fail-reason-ext", "N", &response_choice::fail_reason_ext, number<uint8_t>,
-                "0 when not given; sent on some platforms alone");
+                "Why, further; 0 when not given. Sent on some platforms alone");
     add_throttle(power);
     add_fan(power);
 }

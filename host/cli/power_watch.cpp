@@ -35,6 +35,14 @@ draw_word word_named(const std::string &name)
     throw usage_failure("\"" + name + "\" is none of word_1, word_3, word_5, word_8, word_10");
 }
 
+std::vector<std::string> word_names()
+{
+    std::vector<std::string> names;
+    for (const draw_word &each : draw_words)
+        names.emplace_back(each.name);
+    return names;
+}
+
 // Those that were chosen, or else all that there are now.
 std::vector<blade_location> places(const std::vector<blade_location> &chosen)
 {
@@ -127,7 +135,8 @@ void add_power_watch(const noun &power)
         .option("--interval", "SECONDS", &watch_choice::interval, parse_interval,
                 "How often to ask, 0.1 to 3600; otherwise every second")
         .option("--value", "NAME", &watch_choice::word, word_named,
-                "Which number of power draw, word_3 when not given");
+                "word_1, word_3 (when not given), word_5, word_8 or word_10 of power draw")
+        .choices(word_names);
 }
 
 } // namespace cli

@@ -212,6 +212,11 @@ std::optional<uint32_t> now_or_time(const std::string &text)
     return parse_time(text);
 }
 
+std::vector<std::string> named_times()
+{
+    return {"now"};
+}
+
 report set_time(const blade &at, const time_choice &chosen)
 {
     const uint32_t seconds = chosen.time.value_or(static_cast<uint32_t>(time(nullptr)));
@@ -259,13 +264,14 @@ void add_sel(const noun &root)
     sel.verb("clear", "Erase all entries and wait until they are gone", clear);
 
     const noun clock = sel.noun_below("time", "The clock that stamps the entries");
-    clock.verb("get", "Show the clock", get_time);
-    clock.verb("set", "Set the clock", set_time)
+    clock.verb("get", "Show the log's clock", get_time);
+    clock.verb("set", "Set the log's clock", set_time)
         .argument("TIME", &time_choice::time, now_or_time,
-                  "now, a time with its zone like 2026-03-01T10:20:30Z, or seconds since 1970");
+                  "now, a time with its zone like 2026-03-01T10:20:30Z, or seconds since 1970")
+        .choices(named_times);
 
     const noun offset = sel.noun_below("utc-offset", "The clock's distance from UTC");
-    offset.verb("set", "Set the distance", set_utc_offset)
+    offset.verb("set", "Set the clock's distance from UTC", set_utc_offset)
         .argument("MINUTES", &offset_choice::minutes, utc_offset,
                   "Minutes east of UTC, -1440 to 1440; 2047: not specified");
 }

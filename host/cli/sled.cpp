@@ -99,22 +99,22 @@ void add_sled(const noun &root)
     const noun config = sled.noun_below("config", "The switches' configuration file");
     config.verb("set", "Tell the blade which configuration to apply", set)
         .option("--name", "NAME", &config_choice::name, text_up_to<longest_name>,
-                "File name, up to 16 characters; must be said")
+                "File name, up to 16 characters")
         .required()
         .option("--crc", "HEX", &config_choice::crc, crc,
-                "CRC of the file in hexadecimal, e.g. 0xcbf43926; must be said")
+                "CRC of the file in hexadecimal, e.g. 0xcbf43926")
         .required()
         .option("--length", "N", &config_choice::length, (number_from_to<uint8_t, 1, 255>),
-                "Length value of the file, 1 to 255; must be said")
+                "Length value of the file, 1 to 255")
         .required();
-    config.verb("get", "Show the configuration and how far the blade is with it", get);
+    config.verb("get", "Show the configuration, and how far the blade is", get);
 
     sled.verb("links", "Show the state of both switch links", links);
 
     const noun map = sled.noun_below("mac-map", "The map of dynamic MAC addresses to I/O modules");
     with_content<longest_map>(map.verb("set", "Give the blade a map", set_map),
                               "The map, up to 128 bytes; - is standard input")
-        .option("--id", "N", &map_choice::id, number<uint8_t>, "Which map; must be said")
+        .option("--id", "N", &map_choice::id, number<uint8_t>, "Which map")
         .required();
 }
 

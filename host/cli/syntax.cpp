@@ -27,11 +27,17 @@ syntax syntax::verb(const char *name, const char *help, std::function<void()> fo
 
 void syntax::option(const char *name, const char *metavar, const reader &read, const char *help)
 {
+    argument(name, read, help);
+    last_option_->option_text(metavar)->type_name(metavar);
+}
+
+void syntax::argument(const char *name, const reader &read, const char *help)
+{
     const auto keep = [read](const CLI::results_t &texts) {
         read(texts.back());
         return true;
     };
-    last_option_ = app_->add_option(name, keep, help)->option_text(metavar);
+    last_option_ = app_->add_option(name, keep, help);
 }
 
 void syntax::arguments(const char *name, const reader &read, const char *help)
@@ -44,13 +50,18 @@ void syntax::arguments(const char *name, const reader &read, const char *help)
     last_option_ = app_->add_option(name, keep, help)
                        ->type_size(1)
                        ->allow_extra_args()
-                       ->expected(0, CLI::detail::expected_max_vector_size)
-                       ->option_text(" ");
+                       ->expected(0, CLI::detail::expected_max_vector_size);
 }
 
 void syntax::flag(const char *name, std::function<void()> found, const char *help)
 {
     last_option_ = app_->add_flag_callback(name, std::move(found), help);
+}
+
+// CLI11 itself calls a type with a fixed set of values so.
+void syntax::choices(std::vector<std::string> (*known)())
+{
+    last_option_->type_name_fn([known] { return "{" + CLI::detail::join(known()) + "}"; });
 }
 
 void syntax::required()

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace CLI
 {
@@ -29,14 +30,19 @@ class syntax
     // A word below this one that ends a command; then `found` is called.
     syntax verb(const char *name, const char *help, std::function<void()> found) const;
 
-    // An option with a value, "--id", or, where its name has no dashes, an argument. `metavar` is
-    // the value's name in the help.
+    // An option with a value, "--id"; `metavar` is the value's name in the help.
     void option(const char *name, const char *metavar, const reader &read, const char *help);
+
+    void argument(const char *name, const reader &read, const char *help);
 
     // Any number of arguments, each read by itself.
     void arguments(const char *name, const reader &read, const char *help);
 
     void flag(const char *name, std::function<void()> found, const char *help);
+
+    // Words that the option or argument which was declared last takes. They are asked for only to
+    // tell somebody who looks for them.
+    void choices(std::vector<std::string> (*known)());
 
     // About the option or flag that was declared last: that it must be there, that it makes sense
     // only with this other one, or not with it.

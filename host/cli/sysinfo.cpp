@@ -30,6 +30,11 @@ uint8_t parameter(const std::string &text)
     return number_or_named(parameters, text);
 }
 
+std::vector<std::string> parameter_names()
+{
+    return all_names(parameters);
+}
+
 bytes value(const blade &at, uint8_t parameter)
 {
     const auto found = ask<sys_info_value>(get_parameters, at, location_get_sys_info, parameter);
@@ -116,7 +121,8 @@ template <typename Choice>
 verb<Choice> with_parameter(verb<Choice> verb)
 {
     verb.argument("PARAMETER", &parameter_choice::parameter, parameter,
-                  "A name, as list shows them, or a number, 0 to 255");
+                  "A name, as list shows them, or a number, 0 to 255")
+        .choices(parameter_names);
     return verb;
 }
 
@@ -129,7 +135,7 @@ void add_sysinfo(const noun &root)
     with_parameter(sysinfo.verb("get", "Show one parameter, in bytes too", get)).binary();
     with_content<longest_plain>(with_parameter(sysinfo.verb("set", "Set one parameter", set)),
                                 "Its value, up to 255 bytes; - is standard input")
-        .option("--text", "TEXT", &set_choice::text, typed_text, "A text, instead of a file")
+        .option("--text", "TEXT", &set_choice::text, typed_text, "A text")
         .excludes("FILE")
         .excludes("--hex");
     with_parameter(sysinfo.verb("raw", "Ask for one block by its selectors", raw))

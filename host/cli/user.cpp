@@ -124,6 +124,11 @@ uint8_t privilege(const std::string &name)
     return number_named(privileges, name);
 }
 
+std::vector<std::string> privilege_names()
+{
+    return all_names(privileges);
+}
+
 report change_access(const blade &at, const access_choice &chosen)
 {
     ask<uint8_t>(set_access, at, location_set_user_access, chosen.id, chosen.privilege,
@@ -156,10 +161,11 @@ void add_user(const noun &root)
     with_id(user.verb("disable", "Let a user log in no more", change_enabled<0>));
     with_id(user.verb("set-access", "Limit what a user may do on LAN channel 1", change_access))
         .option("--privilege", "LEVEL", &access_choice::privilege, privilege,
-                "callback, user, operator, administrator, oem or none; must be said")
+                "callback, user, operator, administrator (or admin), oem or none")
+        .choices(privilege_names)
         .required()
         .option("--sessions", "N", &access_choice::sessions, number_from_to<uint8_t, 0, 15>,
-                "At once, 1 to 15; 0, no limit of its own, when not given");
+                "How many at once, 1 to 15; 0, no limit of its own, when not given");
 }
 
 } // namespace cli

@@ -1,6 +1,7 @@
 #include "cli/vocabulary.h"
 
 #include "cli/targets.h"
+#include "help/formatter.h"
 
 namespace cli
 {
@@ -8,72 +9,20 @@ namespace cli
 namespace
 {
 
-constexpr const char *footer =
-    R"(Every blade is tried; the worst failure makes the exit code:
-  0 fine                             3 the blade's controller refuses access
-  1 the blade refused or failed      4 no answer from the blade
-  2 wrong usage, argument or file    5 the blade does not know the command
-Order of badness: 4, 3, 2, 1, 5. Messages go to standard error.
-A command that goes on ends with 0 when it is interrupted; its JSON is lines.)";
-
-// Help in the words of this tool; at every level it ends with the options of every command.
-class help_formatter : public CLI::Formatter
+std::string meaning(size_t code)
 {
-  public:
-    help_formatter()
-    {
-        label("SUBCOMMAND", "COMMAND");
-        label("Positionals", "Arguments");
-        column_width(column);
-    }
+    return std::to_string(exit_meanings[code].code) + " " + exit_meanings[code].meaning;
+}
 
-    std::string make_description(const CLI::App *app) const override
-    {
-        return Formatter::make_description(app) + "\n";
-    }
-
-    std::string make_option_desc(const CLI::Option *option) const override
-    {
-        return wrapped(option->get_description(), 80 - column, 0);
-    }
-
-    // The library's own lists the others in the order of their addresses.
-    std::string make_option_opts(const CLI::Option *option) const override
-    {
-        const std::string others =
-            names("Needs", option->get_needs()) + names("Excludes", option->get_excludes());
-        return option->get_option_text().empty() && !others.empty()
-                   ? others
-                   : Formatter::make_option_opts(option);
-    }
-
-    std::string make_footer(const CLI::App *app) const override
-    {
-        const CLI::App *root = app;
-        while (root->get_parent())
-            root = root->get_parent();
-        if (root == app)
-            return Formatter::make_footer(app);
-        const auto common = root->get_options([](const CLI::Option *option) {
-            return option->get_single_name() != "help" && option->get_single_name() != "version";
-        });
-        return make_group("Options of every command", false, common).substr(1);
-    }
-
-  private:
-    static std::string names(const char *what, const std::set<CLI::Option *> &options)
-    {
-        std::set<std::string> in_order;
-        for (const CLI::Option *each : options)
-            in_order.insert(each->get_name());
-        std::string text = in_order.empty() ? "" : std::string(" ") + what + ":";
-        for (const std::string &each : in_order)
-            text += " " + each;
-        return text;
-    }
-
-    static constexpr size_t column = 26;
-};
+std::string footer()
+{
+    std::string text = "Every blade is tried; the worst failure makes the exit code:\n";
+    constexpr size_t half = std::size(exit_meanings) / 2;
+    for (size_t code = 0; code < half; ++code)
+        text += "  " + padded(meaning(code), 35) + meaning(code + half) + "\n";
+    return text + "Order of badness: 4, 3, 2, 1, 5. Messages go to standard error.\n"
+                  "A command that goes on ends with 0 when it is interrupted; its JSON is lines.";
+}
 
 cli::format format_named(const std::string &name)
 {
@@ -95,6 +44,7 @@ void add_options(CLI::App &app, options &chosen)
                return true;
            },
            "Blades, e.g. 3, 1-8,10 or 3.2 (slot 3, sub-slot 2)")
+        ->option_text("SLOT[.SUB]")
         ->type_name("SLOT[.SUB]")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -105,7 +55,8 @@ void add_options(CLI::App &app, options &chosen)
                return true;
            },
            "normal (the default), json or binary")
-        ->type_name("FORMAT")
+        ->option_text("FORMAT")
+        ->type_name("{normal,json,binary}")
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.add_flag("--utc", chosen.utc, "Show times in UTC, not in local time");
     app.add_flag("-v,--verbose", chosen.verbosity,
@@ -174,9 +125,10 @@ noun_names nouns_in(int argc, char **argv)
 vocabulary::vocabulary(const noun_names &wanted)
     : app("Talks IPMI to the controllers of a chassis' blades.", "ruk-ipmi")
 {
-    app.formatter(std::make_shared<help_formatter>());
-    app.footer(footer);
+    app.formatter(std::make_shared<help::formatter>());
+    app.footer(std::function<std::string()>(footer));
     app.require_subcommand(1);
+    app.set_help_flag("-h,--help", "Show this help");
     app.set_version_flag("--version", "ruk-ipmi " RUK_IPMI_VERSION, "Show the version");
     add_options(app, chosen);
     const noun root(syntax(&app), "", typed);

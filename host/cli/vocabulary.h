@@ -13,6 +13,20 @@
 namespace cli
 {
 
+struct exit_meaning {
+    exit_code code;
+    const char *meaning; // in the help and the manual
+};
+
+inline constexpr exit_meaning exit_meanings[] = {
+    {exit_fine, "fine"},
+    {exit_refused, "the blade refused or failed"},
+    {exit_usage, "wrong usage, argument or file"},
+    {exit_access, "the blade's controller refuses access"},
+    {exit_transport, "no answer from the blade"},
+    {exit_unsupported, "the blade does not know the command"},
+};
+
 struct options {
     std::vector<blade_location> blades;
     cli::format format = format::for_people;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "help/wrapped.h"
+
 using namespace cli;
 
 namespace
@@ -67,9 +69,9 @@ TEST(output, writes_only_the_bytes_in_binary)
 
 TEST(output, breaks_long_values_at_blanks)
 {
-    EXPECT_EQ(wrapped("aa bb cc dd", 5, 2), "aa bb\n  cc dd");
-    EXPECT_EQ(wrapped("aaaaaaaa bb", 5, 0), "aaaaaaaa\nbb");
-    EXPECT_EQ(wrapped("", 5, 0), "");
+    EXPECT_EQ(help::wrapped("aa bb cc dd", 5, 2), "aa bb\n  cc dd");
+    EXPECT_EQ(help::wrapped("aaaaaaaa bb", 5, 0), "aaaaaaaa\nbb");
+    EXPECT_EQ(help::wrapped("", 5, 0), "");
 }
 
 TEST(output, makes_the_text_of_a_blade_harmless)
