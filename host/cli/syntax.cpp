@@ -28,7 +28,7 @@ syntax syntax::verb(const char *name, const char *help, std::function<void()> fo
 void syntax::option(const char *name, const char *metavar, const reader &read, const char *help)
 {
     argument(name, read, help);
-    last_option_->option_text(metavar)->type_name(metavar);
+    last_option_->type_name_fn([metavar] { return std::string(metavar); });
 }
 
 void syntax::argument(const char *name, const reader &read, const char *help)
@@ -61,6 +61,7 @@ void syntax::flag(const char *name, std::function<void()> found, const char *hel
 // CLI11 itself calls a type with a fixed set of values so.
 void syntax::choices(std::vector<std::string> (*known)())
 {
+    last_option_->option_text(last_option_->get_type_name());
     last_option_->type_name_fn([known] { return "{" + CLI::detail::join(known()) + "}"; });
 }
 

@@ -44,7 +44,6 @@ void add_options(CLI::App &app, options &chosen)
                return true;
            },
            "Blades, e.g. 3, 1-8,10 or 3.2 (slot 3, sub-slot 2)")
-        ->option_text("SLOT[.SUB]")
         ->type_name("SLOT[.SUB]")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -56,7 +55,7 @@ void add_options(CLI::App &app, options &chosen)
            },
            "normal (the default), json or binary")
         ->option_text("FORMAT")
-        ->type_name("{normal,json,binary}")
+        ->type_name_fn([] { return std::string("{normal,json,binary}"); })
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
     app.add_flag("--utc", chosen.utc, "Show times in UTC, not in local time");
     app.add_flag("-v,--verbose", chosen.verbosity,
@@ -128,7 +127,7 @@ vocabulary::vocabulary(const noun_names &wanted)
     app.formatter(std::make_shared<help::formatter>());
     app.footer(std::function<std::string()>(footer));
     app.require_subcommand(1);
-    app.set_help_flag("-h,--help", "Show this help");
+    app.get_help_ptr()->description("Show this help");
     app.set_version_flag("--version", "ruk-ipmi " RUK_IPMI_VERSION, "Show the version");
     add_options(app, chosen);
     const noun root(syntax(&app), "", typed);

@@ -25,6 +25,16 @@ std::string names(const std::set<CLI::Option *> &options)
 
 } // namespace
 
+std::string value_name(const CLI::Option &option)
+{
+    if (option.get_items_expected_max() == 0)
+        return "";
+    if (option.get_positional())
+        return option.get_name(true);
+    const std::string &shown = option.get_option_text();
+    return shown.empty() ? option.get_type_name() : shown;
+}
+
 std::string described(const CLI::Option &option)
 {
     std::string text = option.get_description();
@@ -51,7 +61,8 @@ std::string formatter::make_description(const CLI::App *app) const
 
 std::string formatter::make_option_opts(const CLI::Option *option) const
 {
-    return option->get_option_text().empty() ? "" : " " + option->get_option_text();
+    const std::string value = option->get_positional() ? "" : value_name(*option);
+    return value.empty() ? "" : " " + value;
 }
 
 std::string formatter::make_option_desc(const CLI::Option *option) const

@@ -8,6 +8,9 @@
 namespace help
 {
 
+// What stands for the value of an option or argument, "FILE"; a flag has none.
+std::string value_name(const CLI::Option &option);
+
 // What an option is for, and what the command line demands of it: "Which map (must be said)".
 std::string described(const CLI::Option &option);
 

@@ -28,16 +28,6 @@ words choices_of(const CLI::Option &option)
     return CLI::detail::split(type.substr(1, type.size() - 2), ',');
 }
 
-std::string value_of(const CLI::Option &option)
-{
-    if (option.get_items_expected_max() == 0)
-        return "";
-    if (option.get_positional())
-        return option.get_name(true);
-    const std::string shown = trimmed(option.get_option_text());
-    return shown.empty() ? option.get_type_name() : shown;
-}
-
 parameter read_parameter(const CLI::Option &option)
 {
     parameter read;
@@ -45,7 +35,7 @@ parameter read_parameter(const CLI::Option &option)
         read.names.push_back("-" + name);
     for (const std::string &name : option.get_lnames())
         read.names.push_back("--" + name);
-    read.value = value_of(option);
+    read.value = help::value_name(option);
     read.choices = choices_of(option);
     read.help = help::described(option);
     for (const CLI::Option *other : option.get_excludes())
