@@ -16,68 +16,6 @@ WITHOUT_BLADES = [
     ["lcd", "hide"],
     ["post-code"],
 ]
-OEM_COMMANDS = [
-    "autothrottle",
-    "cpld",
-    "cpld access",
-    "file",
-    "file lt-path set",
-    "file path set",
-    "imc-event",
-    "lcd",
-    "led",
-    "led blink",
-    "link-tuning",
-    "lldp",
-    "lldp send",
-    "location set",
-    "notify",
-    "post-code",
-    "power-button",
-    "power-thermal",
-    "power-thermal raw",
-    "sled",
-    "sled config set",
-    "sled mac-map set",
-]
-BLADE_COMMANDS = [
-    "blade",
-    "blade chassis-info",
-    "blade edid",
-    "blade login-test",
-    "chassis",
-    "chassis boot-device set",
-    "chassis boot-option set",
-    "chassis identify",
-    "chassis power",
-    "controller",
-    "ext set",
-    "functions",
-    "lan",
-    "lan set",
-    "power",
-    "power response",
-    "power watch",
-    "sysinfo",
-    "sysinfo raw",
-    "sysinfo set",
-    "user",
-    "user set-access",
-    "user set-password",
-]
-HELPED = [
-    [],
-    ["sel"],
-    ["sel", "list"],
-    ["sel", "time", "set"],
-    ["fru", "write"],
-    ["events"],
-    ["events", "watch"],
-    ["events", "post"],
-    ["timeouts"],
-    *(each.split() for each in OEM_COMMANDS),
-    *(each.split() for each in BLADE_COMMANDS),
-]
 
 
 @pytest.mark.parametrize("command", WITHOUT_BLADES)
@@ -158,13 +96,6 @@ def test_a_mistake_is_valid_json_too(ruk_ipmi):
     assert element["blade"] is None
     assert element["error"]["kind"] == "usage"
     assert element["error"]["message"] in ended.stderr
-
-
-@pytest.mark.parametrize("command", HELPED)
-def test_help_at_every_level_fits_80_columns(ruk_ipmi, command):
-    text = ruk_ipmi.text(*command, "-h")
-    assert "-b,--blade SLOT[.SUB]" in text
-    assert max(map(len, text.splitlines())) <= 80
 
 
 def test_the_tools_own_help_lists_every_noun_whatever_else_is_typed(ruk_ipmi):

@@ -110,6 +110,14 @@ TEST(vocabulary, has_help_of_80_columns_at_every_level)
         EXPECT_LE(line.size(), 80) << line;
 }
 
+TEST(vocabulary, tells_the_options_of_every_command_at_every_level)
+{
+    vocabulary whole(all_nouns());
+    for (const CLI::App *each : family(whole.app))
+        EXPECT_NE(each->help().find("  -b,--blade SLOT[.SUB]   Blades"), std::string::npos)
+            << each->get_name();
+}
+
 TEST(vocabulary, describes_every_command)
 {
     vocabulary whole(all_nouns());
