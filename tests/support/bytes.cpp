@@ -1,6 +1,4 @@
-#include "bytes.h"
-
-#include <cstdio>
+#include "support/bytes.h"
 
 namespace ruk_ipmi_testing
 {
@@ -20,17 +18,6 @@ bytes counting(size_t length)
     for (size_t i = 0; i < length; ++i)
         data[i] = static_cast<uint8_t>(1 + i % 251);
     return data;
-}
-
-std::string hex(const bytes &data)
-{
-    std::string text;
-    for (const uint8_t byte : data) {
-        char digits[4];
-        snprintf(digits, sizeof digits, text.empty() ? "%02X" : " %02X", byte);
-        text += digits;
-    }
-    return text;
 }
 
 } // namespace ruk_ipmi_testing

@@ -1,24 +1,16 @@
-// Bytes as tests write and compare them.
-#ifndef RUK_IPMI_TESTING_BYTES_H
-#define RUK_IPMI_TESTING_BYTES_H
+// Bytes as the library's own tests write and compare them.
+#ifndef RUK_TESTS_SUPPORT_BYTES_H
+#define RUK_TESTS_SUPPORT_BYTES_H
 
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <type_traits>
-#include <vector>
+
+#include "hex.h"
 
 namespace ruk_ipmi_testing
 {
-
-using bytes = std::vector<uint8_t>;
-
-// The `length` bytes from `from` on, wherever they lie.
-inline bytes bytes_at(const void *from, size_t length)
-{
-    const auto *first = static_cast<const uint8_t *>(from);
-    return bytes(first, first + length);
-}
 
 // A record as it lies in memory.
 template <typename Record>
@@ -49,9 +41,6 @@ inline uint8_t high(size_t number)
 {
     return static_cast<uint8_t>(number >> 8);
 }
-
-// "01 0A FF".
-std::string hex(const bytes &data);
 
 } // namespace ruk_ipmi_testing
 

@@ -10,7 +10,7 @@
 #include <new>
 #include <type_traits>
 
-#include "bytes.h"
+#include "support/bytes.h"
 
 namespace ruk_ipmi_testing
 {

@@ -66,7 +66,7 @@ class answer_poll : public runtime_test
             debug_line(formatted("    idx %d    maxTO %d ticks  comp 4  \n", index, ticks))};
     }
 
-    static constexpr uint32_t index_1 = scripted_platform::first_index;
+    static constexpr uint32_t index_1 = whole_platform::first_index;
     ipmi_request request = request_to(blade(5, 1), 0x0601, {0x11, 0x22});
 };
 

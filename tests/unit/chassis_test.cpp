@@ -97,7 +97,7 @@ TEST_F(identification, for_some_time_is_told_to_the_debug_log_before_it_is_sent)
     EXPECT_EQ(identify(15, 0), 0);
     EXPECT_EQ(platform.journal(),
               (events{debug_line("time f flag 0 len 1 "), attached(), sent(0x18 + 1),
-                      received(scripted_platform::first_index, 500, 483), detached()}));
+                      received(whole_platform::first_index, 500, 483), detached()}));
 }
 
 TEST_F(identification, without_end_sends_a_second_byte_of_1_which_the_log_does_not_count)

@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "support/guarded.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 

@@ -68,7 +68,7 @@ TEST_P(command_shape, waits_500_ticks_with_room_for_483_bytes_in_one_exchange)
     GetParam().call(&at);
     const auto length = static_cast<uint32_t>(0x18 + GetParam().payload.size());
     EXPECT_EQ(platform.calls(),
-              (events{attached(), sent(length), received(scripted_platform::first_index, 500, 483),
+              (events{attached(), sent(length), received(whole_platform::first_index, 500, 483),
                       detached()}));
 }
 

@@ -16,7 +16,7 @@ namespace
 
 // What a call works on.
 struct world {
-    scripted_platform platform;
+    whole_platform platform;
     ipmi_list list{};
     ipmi_list_node *node = nullptr;
     mutex_obj mutex{};
@@ -263,7 +263,7 @@ INSTANTIATE_TEST_SUITE_P(library, every_runtime_function, ::testing::ValuesIn(fu
 
 TEST(every_other_runtime_function, makes_no_call_that_could_fail)
 {
-    scripted_platform platform;
+    whole_platform platform;
     ipmi_shm region{};
     const blade_location at = blade(1);
     imc_event_set set;

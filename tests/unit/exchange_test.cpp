@@ -6,14 +6,14 @@
 #include <thread>
 #include <vector>
 
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 
 namespace
 {
 
-constexpr uint32_t index_1 = scripted_platform::first_index;
+constexpr uint32_t index_1 = whole_platform::first_index;
 
 class exchange : public scripted_test
 {

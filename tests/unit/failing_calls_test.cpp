@@ -23,7 +23,7 @@ life live(unsigned after)
 {
     runtime_test::answers.clear();
     runtime_test::events_told.clear();
-    scripted_platform platform;
+    whole_platform platform;
     platform.os.fails_after(after, 0x99);
     const auto post = [&platform](uint32_t number) {
         void *holder = &platform.os.region;

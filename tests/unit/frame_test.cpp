@@ -4,7 +4,7 @@
 
 #include <csignal>
 
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 
@@ -46,7 +46,7 @@ TEST_F(frame, waits_and_takes_as_much_as_a_command_asks_for)
     const blade_location at = blade(5);
     platform.expects(at, 0x0601).answers({0x00});
     ruk::command(&at, 0x0601).exchange(1000, 200);
-    EXPECT_EQ(platform.calls().at(2), received(scripted_platform::first_index, 1000, 200));
+    EXPECT_EQ(platform.calls().at(2), received(whole_platform::first_index, 1000, 200));
 }
 
 TEST_F(frame, copies_a_block_that_just_fits)

@@ -126,7 +126,7 @@ TEST_F(read_fru, waits_1000_ticks_with_room_for_483_bytes)
     expects_read();
     read(256);
     EXPECT_EQ(platform.calls(),
-              (events{attached(), sent(0x1C), received(scripted_platform::first_index, 1000, 483),
+              (events{attached(), sent(0x1C), received(whole_platform::first_index, 1000, 483),
                       detached()}));
 }
 
@@ -136,7 +136,7 @@ TEST_F(read_fru, tells_request_and_answer_to_the_debug_log_and_dumps_the_buffer)
     read(256);
     EXPECT_EQ(platform.journal(),
               (events{debug_line("fru id 7, fru_offset 1234 fru_count 32\n"), attached(),
-                      sent(0x1C), received(scripted_platform::first_index, 1000, 483), detached(),
+                      sent(0x1C), received(whole_platform::first_index, 1000, 483), detached(),
                       debug_line("buffer " + buffer_name() + " IPMI CC 0 \n"),
                       dump_line("Ipmi fru buffer ", {0xAB, 0xCD}, 1)}));
 }

@@ -67,7 +67,7 @@ TEST_F(set_lan, tells_the_length_to_the_debug_log_before_it_sends)
     EXPECT_EQ(set(address, 4), 0x82);
     EXPECT_EQ(platform.journal(),
               (events{debug_line(" set lan parameters param len 4\n"), attached(), sent(0x18 + 6),
-                      received(scripted_platform::first_index, 500, 483), detached()}));
+                      received(whole_platform::first_index, 500, 483), detached()}));
 }
 
 TEST_F(set_lan, sends_253_bytes_at_once)
@@ -117,7 +117,7 @@ TEST_F(get_lan, hands_over_the_parameter_behind_its_length)
     EXPECT_EQ(get(), 0);
     EXPECT_TRUE(holds({0x00, 6, 1, 2, 3, 4, 5, 6}));
     EXPECT_EQ(platform.journal(),
-              (events{attached(), sent(0x1C), received(scripted_platform::first_index, 500, 483),
+              (events{attached(), sent(0x1C), received(whole_platform::first_index, 500, 483),
                       detached()}));
 }
 

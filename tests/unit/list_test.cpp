@@ -6,7 +6,7 @@
 #include <thread>
 
 #include "memory.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 

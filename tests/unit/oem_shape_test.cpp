@@ -25,7 +25,7 @@ uint32_t length_of(const oem_row &row)
 events exchanged(const oem_row &row)
 {
     return {attached(), sent(length_of(row)),
-            received(scripted_platform::first_index, 500, row.capacity), detached()};
+            received(whole_platform::first_index, 500, row.capacity), detached()};
 }
 
 events unattached()
@@ -45,7 +45,7 @@ events unreceived(const oem_row &row)
 {
     return {attached(),
             sent(length_of(row)),
-            received(scripted_platform::first_index, 500, row.capacity),
+            received(whole_platform::first_index, 500, row.capacity),
             error_line(formatted("pid %d receive_ruk_command returned 20481 (0x00005001)\n",
                                  this_thread())),
             error_line("    idx 1001    maxTO 500 ticks  comp 4  \n"),

@@ -5,7 +5,7 @@
 
 #include "ruk_ipmi/system_info.h"
 #include "support/guarded.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 

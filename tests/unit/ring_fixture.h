@@ -8,7 +8,7 @@
 
 #include "ruk_ipmi/ring.h"
 #include "support/guarded.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 namespace ruk_ipmi_testing
 {

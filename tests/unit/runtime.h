@@ -9,7 +9,7 @@
 
 #include "ruk_ipmi.h"
 #include "runtime/state.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 namespace ruk_ipmi_testing
 {
@@ -117,14 +117,11 @@ class runtime_test : public scripted_test
     // What a producer leaves in the ring.
     void post(uint32_t number, uint8_t slot, std::initializer_list<uint32_t> asserted)
     {
-        ipmi_shm &region = platform.os.region;
         ipmi_interrupt interrupt{};
         interrupt.int_num = interrupt.prev_num = number;
         interrupt.location = blade(slot);
         interrupt.ies = set_of(asserted);
-        region.ring[region.next_slot % IPMI_RING_SLOTS] = interrupt;
-        region.next_slot = region.next_slot % IPMI_RING_SLOTS + 1;
-        region.last_int_num = number;
+        platform.os.put_interrupt(interrupt);
     }
 };
 

@@ -1,6 +1,6 @@
 // The scripted platform itself: what it lets pass, and what it complains about.
 
-#include "support/scripted_platform.h"
+#include "support/whole_platform.h"
 
 #include <csignal>
 #include <stdexcept>
@@ -9,6 +9,7 @@
 
 #include "platform/log.h"
 #include "platform/message_service.h"
+#include "platform/platform_info.h"
 
 using namespace ruk_ipmi_testing;
 
@@ -38,7 +39,7 @@ class scripted : public ::testing::Test
     }
 
     const ipmi_request request = request_to(blade(5), 0x0601, {0x11});
-    scripted_platform platform;
+    whole_platform platform;
     ipmi_response response{};
     uint32_t index = 0;
     uint32_t length = 0;
@@ -59,26 +60,26 @@ TEST_F(scripted, has_nothing_to_complain_about_when_all_goes_as_written)
 TEST_F(scripted, complains_of_an_exchange_that_never_came)
 {
     platform.expects(request);
-    EXPECT_TRUE(complains_of("expected and never sent"));
+    EXPECT_TRUE(complains_of("was expected and never came"));
 }
 
 TEST_F(scripted, complains_of_an_attach_that_never_came)
 {
     platform.fails_to_attach(0x5001);
-    EXPECT_TRUE(complains_of("never tried: to attach"));
+    EXPECT_TRUE(complains_of("was expected to fail to attach, and nobody tried"));
 }
 
 TEST_F(scripted, complains_of_an_exchange_that_nobody_expected)
 {
     EXPECT_EQ(send(request), scripted_platform::unscripted);
-    EXPECT_TRUE(complains_of("sent and not expected"));
+    EXPECT_TRUE(complains_of("a request that nobody expects"));
 }
 
 TEST_F(scripted, complains_of_a_single_wrong_bit)
 {
     platform.expects(blade(5), 0x0601, {0x10});
     EXPECT_EQ(send(request), scripted_platform::unscripted);
-    EXPECT_TRUE(complains_of(" 10\nbut sent to component 4, flags 0, 25 bytes"));
+    EXPECT_TRUE(complains_of("payload byte 0 is 0x11 instead of 0x10"));
 }
 
 TEST_F(scripted, complains_of_a_wrong_reserved_word_length_component_or_flag)
@@ -116,11 +117,10 @@ TEST_F(scripted, complains_of_an_answer_not_fetched_and_of_one_that_is_not_there
 {
     platform.expects(request);
     send(request);
-    const uint32_t sent_index = index;
     index = 7;
     EXPECT_EQ(receive(), scripted_platform::unscripted);
     EXPECT_TRUE(complains_of("asked component 4 for the answer to message 7"));
-    EXPECT_TRUE(complains_of(formatted("message %u: never asked for", sent_index)));
+    EXPECT_TRUE(complains_of("its answer was never asked for"));
 }
 
 TEST_F(scripted, cuts_an_answer_off_where_the_receivers_room_ends)
@@ -175,6 +175,37 @@ TEST_F(scripted, names_blades_and_no_blade)
     EXPECT_STREQ(ruk_blade_clt_to_str(nullptr), "(none)");
 }
 
+TEST_F(scripted, shows_log_lines_by_their_level_without_their_line_ends)
+{
+    slog_vlog("%d\n", 1);
+    slog_dump("title", "\x0A", 1, 1);
+    slog_dlog("%d", 2);
+    os_log(1, 4, "three\n");
+    slog_nlog("%d\n", 4);
+    slog_elog("%d\n", 5);
+    using lines = std::vector<std::string>;
+    EXPECT_EQ(platform.log_lines(log_level::error), lines{"error: 5"});
+    EXPECT_EQ(platform.log_lines(), (lines{"os_log: 1, 4, three", "notice: 4", "error: 5"}));
+    EXPECT_EQ(platform.log_lines(log_level::debug).size(), 5u);
+    EXPECT_EQ(platform.log_lines(log_level::verbose).front(), "verbose: 1");
+}
+
+TEST_F(scripted, has_the_information_that_it_is_given)
+{
+    platform.has_information(35, 16);
+    EXPECT_EQ(_gPlatInfo()[35], 16u);
+    EXPECT_THROW(platform.has_information(64, 1), std::out_of_range);
+}
+
+TEST_F(scripted, refuses_with_a_completion_code_alone)
+{
+    platform.expects(request).refuses(0xC1);
+    send(request);
+    EXPECT_EQ(receive(), 0u);
+    EXPECT_EQ(response.comp_code, 0xC1u);
+    EXPECT_EQ(response.data_len, 1u);
+}
+
 TEST_F(scripted, is_alone)
 {
     EXPECT_THROW(scripted_platform(), std::logic_error);
@@ -183,4 +214,37 @@ TEST_F(scripted, is_alone)
 TEST(no_platform_death, calling_the_platform_when_none_lives_ends_the_process)
 {
     EXPECT_EXIT(attach_ruk_shm(), ::testing::KilledBySignal(SIGABRT), "no scripted_platform lives");
+}
+
+TEST(unread_complaint_death, ends_the_process_when_the_platform_does)
+{
+    const auto break_the_script = [] {
+        scripted_platform platform;
+        platform.expects(blade(5), 0x0601);
+    };
+    EXPECT_EXIT(break_the_script(), ::testing::KilledBySignal(SIGABRT),
+                "scripted_platform_test.cpp:[0-9]+: exchange 1 of 1 was expected and never came");
+}
+
+TEST(unread_complaint_death, ends_the_process_also_when_it_grew_after_it_was_read)
+{
+    const auto break_the_script = [] {
+        scripted_platform platform;
+        platform.expects(blade(5), 0x0601);
+        platform.complaint();
+        detach_ruk_shm();
+    };
+    EXPECT_EXIT(break_the_script(), ::testing::KilledBySignal(SIGABRT), "without being attached");
+}
+
+TEST(unread_complaint, leaves_an_exception_on_its_way)
+{
+    ::testing::internal::CaptureStderr();
+    const auto fail = [] {
+        scripted_platform platform;
+        platform.expects(blade(5), 0x0601);
+        throw std::runtime_error("what a test framework has to say");
+    };
+    EXPECT_THROW(fail(), std::runtime_error);
+    EXPECT_NE(::testing::internal::GetCapturedStderr().find("never came"), std::string::npos);
 }

@@ -124,7 +124,7 @@ TEST_F(sel, an_offset_is_told_to_the_debug_log_before_it_is_sent)
     EXPECT_EQ(platform.journal(),
               (events{debug_line("ipmi_location_set_sel_time_offset(): blade=blade 5.2 offset=330 "
                                  "compOffset=0x014A\n"),
-                      attached(), sent(0x1A), received(scripted_platform::first_index, 500, 483),
+                      attached(), sent(0x1A), received(whole_platform::first_index, 500, 483),
                       detached()}));
 }
 

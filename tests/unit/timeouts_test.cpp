@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "support/guarded.h"
-#include "support/scripted_platform_gtest.h"
+#include "support/scripted_test.h"
 
 using namespace ruk_ipmi_testing;
 

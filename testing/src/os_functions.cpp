@@ -5,17 +5,19 @@
 #include "platform/message_service.h"
 #include "platform/os.h"
 #include "platform/platform_info.h"
-#include "scripted_platform.h"
+#include "stage.h"
 
 namespace
 {
 
 ruk_ipmi_testing::scripted_os &os()
 {
-    return ruk_ipmi_testing::scripted_platform::current().os;
+    return ruk_ipmi_testing::stage::current().os;
 }
 
 } // namespace
+
+void ruk_ipmi_testing::bring_os_functions() {}
 
 uint32_t find_component_shm(uint32_t component, void **holder)
 {

@@ -76,6 +76,14 @@ bool is_log_line(const event &event)
     return event.on >= channel::error;
 }
 
+std::string line_text(const event &event)
+{
+    std::string text = event.text;
+    if (!text.empty() && text.back() == '\n')
+        text.pop_back();
+    return name_of(event.on) + (": " + text);
+}
+
 event attached()
 {
     return {channel::attach, ""};

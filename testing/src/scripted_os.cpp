@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "scripted_platform.h"
+#include "stage.h"
 
 namespace ruk_ipmi_testing
 {
@@ -61,6 +61,25 @@ std::string scripted_os::failed() const
     return failed_;
 }
 
+void scripted_os::run_callbacks(unsigned ticks)
+{
+    if (!turns_.run(ticks)) {
+        const std::lock_guard lock(mutex_);
+        complaints_ += "run_callbacks was called from a callback\n";
+    }
+}
+
+void scripted_os::end_callbacks()
+{
+    turns_.end();
+}
+
+void scripted_os::keeps_callback_thread()
+{
+    const std::lock_guard lock(mutex_);
+    callback_thread_is_kept_ = true;
+}
+
 void scripted_os::on_wait(step happens)
 {
     const std::lock_guard lock(mutex_);
@@ -77,6 +96,26 @@ void scripted_os::before(const std::string &function, step happens)
 {
     const std::lock_guard lock(mutex_);
     steps_[function].push_back(std::move(happens));
+}
+
+void scripted_os::put_interrupt(const ipmi_interrupt &interrupt)
+{
+    std::unique_lock lock(mutex_);
+    unlocked_.wait(lock, [this] {
+        const auto found = mutexes_.find("ruk_mutex_ipmi");
+        return found == mutexes_.end() || found->second != held::by_a_thread;
+    });
+    const uint32_t slot = region.next_slot % IPMI_RING_SLOTS;
+    region.ring[slot] = interrupt;
+    region.next_slot = slot + 1;
+    // Read without the mutex by a reader that begins.
+    __atomic_store_n(&region.last_int_num, interrupt.int_num, __ATOMIC_RELAXED);
+}
+
+void scripted_os::append_interrupt(ipmi_interrupt interrupt)
+{
+    interrupt.int_num = interrupt.prev_num = region.last_int_num + 1;
+    put_interrupt(interrupt);
 }
 
 namespace
@@ -179,7 +218,7 @@ uint32_t scripted_os::called(std::unique_lock<std::mutex> &lock, const char *fun
 {
     if (const auto steps = steps_.find(function); steps != steps_.end())
         happens_next(steps->second, lock);
-    scripted_platform::current().log(
+    stage::current().log(
         {channel::os, arguments.empty() ? function : std::string(function) + " " + arguments});
     if (const uint32_t rc = counted(function))
         return rc;
@@ -298,6 +337,18 @@ uint32_t scripted_os::set_event(os_event *event)
     return rc;
 }
 
+void scripted_os::rest(std::unique_lock<std::mutex> &lock, const std::string &event, uint32_t ticks)
+{
+    if (!turns_.is_this_thread()) {
+        complaints_ +=
+            "waits for an event on a thread that is not the callback thread: " + event + "\n";
+        return;
+    }
+    lock.unlock();
+    turns_.rest(ticks != OS_WAIT_FOREVER, [&] { return is_set(event); });
+    lock.lock();
+}
+
 uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
 {
     std::unique_lock lock(mutex_);
@@ -305,7 +356,9 @@ uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
     const uint32_t rc =
         called(lock, "os_ev_wait",
                name + (ticks == OS_WAIT_FOREVER ? ", forever" : formatted(", %u ticks", ticks)));
-    if (ticks != OS_WAIT_FOREVER) {
+    if (!callback_thread_is_kept_) {
+        rest(lock, name, ticks);
+    } else if (ticks != OS_WAIT_FOREVER) {
         happens_next(ticks_, lock);
     } else if (!happens_next(waits_, lock)) {
         complaints_ += "the callback thread waits, and nobody would ever wake it\n";
@@ -335,7 +388,14 @@ uint32_t scripted_os::create_thread(void *(*entry)(void *), void *arg, os_thread
     thread_entry = entry;
     thread_argument = arg;
     *id = ++threads_;
-    return 0;
+    if (callback_thread_is_kept_)
+        return 0;
+    lock.unlock();
+    if (turns_.start(entry, arg))
+        return 0;
+    lock.lock();
+    complaints_ += "a callback thread was started while there is one\n";
+    return exists;
 }
 
 uint32_t scripted_os::name_thread(const char *name)

@@ -5,7 +5,7 @@
 
 #include "platform/log.h"
 #include "platform/message_service.h"
-#include "scripted_platform.h"
+#include "stage.h"
 
 using namespace ruk_ipmi_testing;
 
@@ -21,27 +21,29 @@ std::string text_of(const char *format, va_list args)
 
 } // namespace
 
+void ruk_ipmi_testing::bring_platform_functions() {}
+
 uint32_t attach_ruk_shm()
 {
-    return scripted_platform::current().attach();
+    return stage::current().attach();
 }
 
 uint32_t detach_ruk_shm()
 {
-    scripted_platform::current().detach();
+    stage::current().detach();
     return 0;
 }
 
 uint32_t send_ruk_command(uint32_t component, const void *msg, uint32_t length, uint32_t flags,
                           uint32_t *index)
 {
-    return scripted_platform::current().send(component, msg, length, flags, index);
+    return stage::current().send(component, msg, length, flags, index);
 }
 
 uint32_t receive_ruk_response(uint32_t index, uint32_t timeout, uint32_t component, void *buffer,
                               uint32_t *length)
 {
-    return scripted_platform::current().receive(index, timeout, component, buffer, length);
+    return stage::current().receive(index, timeout, component, buffer, length);
 }
 
 const char *ruk_blade_clt_to_str(const blade_location *location)
@@ -57,7 +59,7 @@ void slog_elog(const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    scripted_platform::current().log(error_line(text_of(format, args)));
+    stage::current().log(error_line(text_of(format, args)));
     va_end(args);
 }
 
@@ -65,7 +67,7 @@ void slog_nlog(const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    scripted_platform::current().log(notice_line(text_of(format, args)));
+    stage::current().log(notice_line(text_of(format, args)));
     va_end(args);
 }
 
@@ -73,7 +75,7 @@ void slog_dlog(const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    scripted_platform::current().log(debug_line(text_of(format, args)));
+    stage::current().log(debug_line(text_of(format, args)));
     va_end(args);
 }
 
@@ -81,19 +83,19 @@ void slog_vlog(const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    scripted_platform::current().log(verbose_line(text_of(format, args)));
+    stage::current().log(verbose_line(text_of(format, args)));
     va_end(args);
 }
 
 void slog_dump(const char *title, const void *buffer, uint32_t length, uint32_t reserved)
 {
-    scripted_platform::current().log(dump_line(title, bytes_at(buffer, length), reserved));
+    stage::current().log(dump_line(title, bytes_at(buffer, length), reserved));
 }
 
 void os_log(int facility, int level, const char *format, ...)
 {
     va_list args;
     va_start(args, format);
-    scripted_platform::current().log(os_log_line(text_of(format, args), facility, level));
+    stage::current().log(os_log_line(text_of(format, args), facility, level));
     va_end(args);
 }

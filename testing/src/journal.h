@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "bytes.h"
+#include "hex.h"
 
 namespace ruk_ipmi_testing
 {
@@ -43,6 +43,9 @@ bool operator!=(const event &a, const event &b);
 std::ostream &operator<<(std::ostream &out, const event &event);
 
 bool is_log_line(const event &event);
+
+// "error: no": a line of a log with the log's name, without its line end.
+std::string line_text(const event &event);
 
 // Calls of the message service.
 event attached();

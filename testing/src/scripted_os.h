@@ -1,7 +1,8 @@
 // The operating-system layer, shared memory and platform information of the scripted platform.
 //
-// The callback thread does not sleep here. Where it would, the next step of the test's script
-// happens instead:
+// The callback thread does not sleep here. It runs in its turns (callback_turns.h), and rests where
+// it would wait. The library's own tests run it by themselves (`keeps_callback_thread`); where it
+// would wait, the next step of a script of theirs happens instead:
 //
 //     os.on_wait([] { ... });   // what the rest of the world does while it sleeps
 //
@@ -21,6 +22,7 @@
 #include <string>
 #include <vector>
 
+#include "callback_turns.h"
 #include "journal.h"
 #include "platform/os.h"
 #include "ruk_ipmi/ring.h"
@@ -61,6 +63,14 @@ class scripted_os
     unsigned calls() const;
     std::string failed() const;
 
+    // Lets the callback thread run: see callback_turns.
+    void run_callbacks(unsigned ticks);
+    void end_callbacks();
+    bool is_callback_thread() const { return turns_.is_this_thread(); }
+
+    // From now on the callback thread is the test's to run: none is started.
+    void keeps_callback_thread();
+
     // What happens, on a thread of its own, while the callback thread waits without limit; while
     // it waits a tick.
     void on_wait(step happens);
@@ -69,6 +79,10 @@ class scripted_os
     // What happens, on a thread of its own, when a platform function is called next, before it does
     // anything.
     void before(const std::string &function, step happens);
+
+    // Puts an interrupt into the ring, as a producer does: under its own number, under the next.
+    void put_interrupt(const ipmi_interrupt &interrupt);
+    void append_interrupt(ipmi_interrupt interrupt);
 
     // Calls every registered hook as for a notification that was posted, wanted or not.
     void notify(uint32_t type);
@@ -84,7 +98,7 @@ class scripted_os
     // The callback thread, once it has given itself a name.
     pthread_t callback_thread() const;
 
-    // As scripted_platform::complaint().
+    // As stage::complaint().
     std::string complaint() const;
 
     // What the thread that was created last begins with.
@@ -130,6 +144,7 @@ class scripted_os
     uint32_t called(std::unique_lock<std::mutex> &lock, const char *function,
                     const std::string &arguments = "");
     uint32_t counted(const char *function);
+    void rest(std::unique_lock<std::mutex> &lock, const std::string &event, uint32_t ticks);
     static bool happens_next(std::deque<step> &steps, std::unique_lock<std::mutex> &lock);
 
     mutable std::mutex mutex_;
@@ -138,6 +153,8 @@ class scripted_os
     unsigned failing_call_ = ~0u;
     uint32_t its_status_ = 0;
     std::string failed_;
+    bool callback_thread_is_kept_ = false;
+    callback_turns turns_;
     std::deque<step> waits_, ticks_;
     std::map<std::string, std::deque<step>> steps_; // by function
     enum class held { no, by_a_thread, by_another_process };

@@ -1,10 +1,11 @@
-// The scripted platform as a GoogleTest fixture: what did not go as scripted fails the test.
-#ifndef RUK_IPMI_TESTING_SCRIPTED_PLATFORM_GTEST_H
-#define RUK_IPMI_TESTING_SCRIPTED_PLATFORM_GTEST_H
+// The scripted platform as the fixture of the library's own tests: what did not go as scripted
+// fails the test.
+#ifndef RUK_TESTS_SUPPORT_SCRIPTED_TEST_H
+#define RUK_TESTS_SUPPORT_SCRIPTED_TEST_H
 
 #include <gtest/gtest.h>
 
-#include "scripted_platform.h"
+#include "support/whole_platform.h"
 
 namespace ruk_ipmi_testing
 {
@@ -20,7 +21,7 @@ class scripted_test : public ::testing::Test
         RecordProperty("exchanges", platform.exchanges());
     }
 
-    scripted_platform platform;
+    whole_platform platform;
 };
 
 } // namespace ruk_ipmi_testing
