@@ -182,3 +182,12 @@ TEST_F(misused_callbacks, have_one_thread)
     EXPECT_NE(ruk_register_imc_event_set(&set, runtime_test::on_event), 0u);
     EXPECT_EQ(platform.complaint(), "a callback thread was started while there is one\n");
 }
+
+TEST_F(misused_callbacks, are_all_that_can_wait_for_an_event)
+{
+    os_event event{};
+    EXPECT_EQ(os_ev_create("an event", &event), 0u);
+    os_ev_wait(&event, OS_WAIT_FOREVER);
+    EXPECT_EQ(platform.complaint(), "waits for an event on a thread that is not the callback "
+                                    "thread: an event\n");
+}

@@ -5,11 +5,13 @@
 #include <csignal>
 #include <stdexcept>
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "platform/log.h"
 #include "platform/message_service.h"
 #include "platform/platform_info.h"
+#include "ruk_ipmi_testing_gtest.h"
 
 using namespace ruk_ipmi_testing;
 
@@ -247,4 +249,28 @@ TEST(unread_complaint, leaves_an_exception_on_its_way)
     };
     EXPECT_THROW(fail(), std::runtime_error);
     EXPECT_NE(::testing::internal::GetCapturedStderr().find("never came"), std::string::npos);
+}
+
+TEST(fixture, fails_its_test_with_the_complaint)
+{
+    class breaks_the_script : public scripted_platform_test
+    {
+      public:
+        void TestBody() override
+        {
+            platform.expects(blade(5), 0x0601);
+            TearDown();
+        }
+    };
+    EXPECT_NONFATAL_FAILURE(breaks_the_script().TestBody(), "1 of 1 was expected and never came");
+}
+
+TEST(fixture, has_nothing_to_say_when_all_goes_as_written)
+{
+    class keeps_to_the_script : public scripted_platform_test
+    {
+      public:
+        void TestBody() override { TearDown(); }
+    };
+    keeps_to_the_script().TestBody();
 }
