@@ -83,10 +83,10 @@ ipmi_request request_to(const blade_location &location, uint32_t netfn_cmd,
 class scripted_exchange
 {
   public:
-    /** Answers with `data`: the completion code, then the answer's bytes. At most 484 bytes, else
-     *  std::length_error is thrown; what exceeds the room that the receiver offers is cut off. The
-     *  `comp_code` that the receiver sees is the first byte, 0 when there is no data at all. */
-    scripted_exchange &answers(bytes data);
+    /** Answers with these data: the completion code, then the answer's bytes. At most 484 bytes,
+     * else std::length_error is thrown; what exceeds the room that the receiver offers is cut off.
+     * The `comp_code` that the receiver sees is the first byte, 0 when there is no data at all. */
+    scripted_exchange &answers(bytes answer);
 
     /** The blade says no, with a completion code and nothing else. */
     scripted_exchange &refuses(uint8_t completion_code);
@@ -95,7 +95,7 @@ class scripted_exchange
     scripted_exchange &with_completion_code(uint32_t code);
 
     /** Says another `data_len` in the answer's header than the data has. */
-    scripted_exchange &with_data_len(uint32_t data_len);
+    scripted_exchange &with_data_len(uint32_t length);
 
     /** The message service takes the request, which has to be the expected one, and returns
      *  `status` (not 0) for sending it. Nothing is answered. */

@@ -19,10 +19,11 @@ namespace
 template <typename Object>
 void give_name(Object *object, const char *name)
 {
-    if (strlen(name) >= sizeof object->name)
+    const size_t length = strlen(name);
+    if (length >= sizeof object->name)
         throw std::length_error("a name that fits no object");
     *object = {};
-    strcpy(object->name, name);
+    memcpy(object->name, name, length);
 }
 
 template <typename Object>

@@ -46,10 +46,12 @@ stage::~stage()
 
 stage &stage::current()
 {
-    if (stage *one = living)
-        return *one;
-    fputs("the library called its platform, but no scripted_platform lives\n", stderr);
-    abort();
+    stage *const one = living;
+    if (!one) {
+        fputs("the library called its platform, but no scripted_platform lives\n", stderr);
+        abort();
+    }
+    return *one;
 }
 
 scripted_exchange &stage::add(source_line where)
