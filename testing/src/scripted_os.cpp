@@ -338,16 +338,17 @@ uint32_t scripted_os::set_event(os_event *event)
     return rc;
 }
 
+// The lock is given up before that of the turns is taken: they look at events under theirs.
 void scripted_os::rest(std::unique_lock<std::mutex> &lock, const std::string &event, uint32_t ticks)
 {
-    if (!turns_.is_this_thread()) {
+    lock.unlock();
+    const bool may_rest = turns_.is_this_thread();
+    if (may_rest)
+        turns_.rest(ticks != OS_WAIT_FOREVER, [&] { return is_set(event); });
+    lock.lock();
+    if (!may_rest)
         complaints_ +=
             "waits for an event on a thread that is not the callback thread: " + event + "\n";
-        return;
-    }
-    lock.unlock();
-    turns_.rest(ticks != OS_WAIT_FOREVER, [&] { return is_set(event); });
-    lock.lock();
 }
 
 uint32_t scripted_os::wait(os_event *event, uint32_t ticks)
