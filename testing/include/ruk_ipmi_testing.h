@@ -27,7 +27,9 @@
  * Threads: every function may be called from any thread, but one platform lives at a time, it is
  * there for all threads of its process, and none may call the library when it is gone: that aborts
  * the process. Callbacks of the library run while the test is inside `run_callbacks` or
- * `posts_interrupt`, and at no other time, on a thread of their own.
+ * `posts_interrupt`, and at no other time, on a thread of their own. That thread ends with the
+ * platform, so a test of events or asynchronous commands begins with `ruk_ipmi_init`, as a process
+ * does.
  */
 #ifndef RUK_IPMI_TESTING_H
 #define RUK_IPMI_TESTING_H
