@@ -18,10 +18,12 @@ bytes a_log_of(uint8_t entries)
     return {0x00, 0x51, entries, 0x00, 0xFF, 0x0F, 0, 0, 0, 0, 0, 0, 0, 0, 0x02};
 }
 
-bytes an_entry(uint8_t sensor_type, uint8_t next_record)
+bytes an_entry(uint8_t sensor_type, uint16_t next_record)
 {
-    return {0x00, next_record, 0x00, 0x01,        0x00, 0x02, 0,    0,    0,   0,
-            0x20, 0x00,        0x04, sensor_type, 0x31, 0x6F, 0x01, 0xFF, 0xFF};
+    const auto low = static_cast<uint8_t>(next_record);
+    const auto high = static_cast<uint8_t>(next_record >> 8);
+    return {0x00, low,  high, 0x01,        0x00, 0x02, 0,    0,    0,   0,
+            0x20, 0x00, 0x04, sensor_type, 0x31, 0x6F, 0x01, 0xFF, 0xFF};
 }
 
 constexpr uint8_t memory = 0x0C;
@@ -64,6 +66,15 @@ TEST_F(blade_care, asks_an_empty_log_for_no_entries)
     EXPECT_EQ(errors, 0u);
 }
 
+TEST_F(blade_care, stops_at_the_last_entry_of_a_log_that_was_longer_a_moment_ago)
+{
+    platform.expects(at, get_sel_info).answers(a_log_of(2));
+    platform.expects(at, get_sel_entry, {0, 0, 0x00, 0x00, 0, 0xFF})
+        .answers(an_entry(memory, 0xFFFF));
+    EXPECT_EQ(count(), 0);
+    EXPECT_EQ(errors, 1u);
+}
+
 TEST_F(blade_care, counts_nothing_when_an_entry_is_refused)
 {
     platform.expects(at, get_sel_info).answers(a_log_of(2));
@@ -104,7 +115,7 @@ TEST_F(inserted_blade, stays_off_when_it_has_memory_errors)
 {
     platform.expects(at, get_sel_info).answers(a_log_of(1));
     platform.expects(at, get_sel_entry, {0, 0, 0x00, 0x00, 0, 0xFF})
-        .answers(an_entry(memory, 0xFF));
+        .answers(an_entry(memory, 0xFFFF));
     platform.posts_interrupt(at, {1});
 }
 
