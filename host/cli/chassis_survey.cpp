@@ -8,10 +8,10 @@
 #include "cli/fru_device.h"
 #include "cli/fru_image.h"
 #include "cli/output.h"
+#include "cli/places.h"
 #include "cli/records.h"
 #include "cli/shared_region.h"
 #include "cli/targets.h"
-#include "platform/platform_info.h"
 #include "platform/status.h"
 
 namespace cli
@@ -100,11 +100,6 @@ json blade_fields(const blade &at, const json &known)
     return fields;
 }
 
-bool nobody_serves(const failure &why)
-{
-    return why.code == RUK_MSG_NO_SERVICE || why.code == RUK_MSG_SERVICE_GONE;
-}
-
 // The chassis' interrupts; none where the platform has no ring.
 std::vector<ipmi_interrupt> interrupts()
 {
@@ -150,12 +145,12 @@ json where(const blade_location &location, const char *state)
 chassis_survey::chassis_survey(const std::vector<blade_location> &chosen)
     : whole_chassis_(chosen.empty())
 {
-    constexpr uint8_t last_sub_slot = 4;
     if (whole_chassis_) {
-        slots_.resize(std::min<uint32_t>(_gPlatInfo()[PLAT_INFO_SLOTS], UINT8_MAX));
-        for (size_t at = 0; at < slots_.size(); ++at)
-            for (uint8_t sub_slot = 0; sub_slot <= last_sub_slot; ++sub_slot)
-                slots_[at].places.push_back({static_cast<uint8_t>(at + 1), sub_slot, {}});
+        for (const blade_location &place : all_places()) {
+            if (place.sub_slot_id == 0)
+                slots_.emplace_back();
+            slots_.back().places.push_back(place);
+        }
     }
     for (const blade_location &location : chosen)
         slots_.push_back({{location}, {}});
@@ -223,7 +218,7 @@ json chassis_survey::seen() const
             blades.push_back(each.seen.front().fields);
     }
     add_events(blades);
-    return {{"slots", _gPlatInfo()[PLAT_INFO_SLOTS]}, {"blades", blades}};
+    return {{"slots", slot_count()}, {"blades", blades}};
 }
 
 exit_code chassis_survey::outcome() const

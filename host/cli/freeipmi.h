@@ -1,5 +1,4 @@
-// FreeIPMI, for its texts. It takes longer to load than most commands take from start to end, so
-// that waits until one of its functions is called.
+// FreeIPMI, for its texts: loaded when one of its functions is called.
 #ifndef RUK_HOST_CLI_FREEIPMI_H
 #define RUK_HOST_CLI_FREEIPMI_H
 

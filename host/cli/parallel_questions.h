@@ -30,6 +30,14 @@ class parallel_questions
                 take(index, pending_[index]);
     }
 
+    // Drops the answers that came too late to be handed over, so that these are asked anew.
+    void drop_late_answers()
+    {
+        for (std::future<Answer> &each : pending_)
+            if (each.valid() && each.wait_for(std::chrono::seconds(0)) == std::future_status::ready)
+                each = {};
+    }
+
   private:
     std::vector<std::future<Answer>> pending_;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/status.h"
+
 namespace cli
 {
 
@@ -27,7 +29,7 @@ bytes exchange(const request_name &name, const blade &at, const bytes &payload, 
 
     ipmi_response response{};
     response.data_len = capacity;
-    check(name, get_ruk_ipmi_response(&request, &response, wait_ticks));
+    check(name, timed(at, [&] { return get_ruk_ipmi_response(&request, &response, wait_ticks); }));
     check(name, response.comp_code);
 
     const size_t length = std::min<size_t>(response.data_len, sizeof response.data);
@@ -59,6 +61,11 @@ bool too_long(const failure &refusal)
     default:
         return false;
     }
+}
+
+bool nobody_serves(const failure &why)
+{
+    return why.code == RUK_MSG_NO_SERVICE || why.code == RUK_MSG_SERVICE_GONE;
 }
 
 } // namespace cli

@@ -4,6 +4,8 @@
 #define RUK_HOST_CLI_REQUEST_H
 
 #include <algorithm>
+#include <chrono>
+#include <functional>
 
 #include "cli/failure.h"
 #include "cli/numbers.h"
@@ -16,6 +18,8 @@ namespace cli
 struct blade {
     blade_location location;
     bool utc = false; // show times in UTC
+    // Whoever wants to know is told of each exchange that the blade answered how long it took.
+    std::function<void(std::chrono::steady_clock::duration)> answered = {};
 };
 
 // The blades that a command is run for all at once.
@@ -24,11 +28,23 @@ struct blades {
     bool utc = false;
 };
 
+// The result of an exchange with a blade, up to 0xFF when the blade answered.
+template <typename Exchange>
+uint32_t timed(const blade &at, Exchange exchange)
+{
+    const auto start = std::chrono::steady_clock::now();
+    const uint32_t result = exchange();
+    if (at.answered && result <= 0xFF)
+        at.answered(std::chrono::steady_clock::now() - start);
+    return result;
+}
+
 // Calls a function of the library.
 template <typename Function, typename... Arguments>
 void call(const request_name &request, const blade &at, Function function, Arguments... arguments)
 {
-    check(request, static_cast<uint32_t>(function(&at.location, arguments...)));
+    check(request,
+          timed(at, [&] { return static_cast<uint32_t>(function(&at.location, arguments...)); }));
 }
 
 // Calls one whose last argument is its output.
@@ -97,6 +113,9 @@ constexpr uint32_t reservation_lost = 0xC5;
 // Whether a blade refuses a transfer for its length. Some controllers say nothing better than
 // "unspecified".
 bool too_long(const failure &refusal);
+
+// Whether there is nobody who could ask any blade.
+bool nobody_serves(const failure &why);
 
 // Uses a reservation, and makes a new one when the blade has cancelled it, which it does at every
 // change.

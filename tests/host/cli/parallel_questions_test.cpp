@@ -49,6 +49,30 @@ TEST(parallel_questions, do_not_wait_for_one_that_is_slow)
     EXPECT_EQ(asked, 3);
 }
 
+TEST(parallel_questions, may_drop_an_answer_that_came_too_late)
+{
+    std::promise<void> may_answer, has_answered;
+    std::atomic<int> asked = 0;
+    parallel_questions<int> questions;
+    const auto question = [&](size_t) {
+        const int mine = ++asked;
+        if (mine == 1) {
+            may_answer.get_future().wait();
+            has_answered.set_value_at_thread_exit();
+        }
+        return mine;
+    };
+    std::vector<int> answered;
+    const auto take = [&](size_t, auto &answer) { answered.push_back(answer.get()); };
+
+    questions.ask(1, question, 0ms, take);
+    may_answer.set_value();
+    has_answered.get_future().wait();
+    questions.drop_late_answers();
+    questions.ask(1, question, patience, take);
+    EXPECT_EQ(answered, std::vector<int>{2});
+}
+
 TEST(parallel_questions, hand_over_what_went_wrong)
 {
     parallel_questions<int> questions;
