@@ -284,6 +284,7 @@ void add_chassis(const noun &root);
 void add_controller(const noun &root);
 void add_cpld(const noun &root);
 void add_events(const noun &root);
+void add_exporter(const noun &root);
 void add_ext(const noun &root);
 void add_file(const noun &root);
 void add_fru(const noun &root);

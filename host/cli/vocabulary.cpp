@@ -97,6 +97,7 @@ constexpr top_noun nouns[] = {
     {"raw", add_raw},
     {"events", add_events},
     {"timeouts", add_timeouts},
+    {"exporter", add_exporter},
     {"functions", add_functions},
     {"version", add_version},
 };
