@@ -92,6 +92,7 @@ blade_reading read_blade(const blade_location &place, exchange_meter &meter)
             silent.present = 0;
         else if (nobody_serves(why))
             silent.present.reset();
+    } catch (const std::exception &) { // whatever it is, the others are told of
     }
     return silent;
 }

@@ -1,6 +1,7 @@
 #include "cli/exporter/chassis_metrics.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "cli/places.h"
 #include "cli/shared_region.h"
@@ -46,6 +47,37 @@ labels blade_label(const blade_location &location)
 bool has_blade(const blade_reading &reading)
 {
     return reading.present == 1;
+}
+
+std::vector<blade_location> blades_in(const readings &seen)
+{
+    std::vector<blade_location> blades;
+    for (const auto &[place, reading] : seen)
+        if (has_blade(reading))
+            blades.push_back(place);
+    return blades;
+}
+
+std::vector<metric> chassis_gauges(const readings &seen)
+{
+    const bool served = std::all_of(
+        seen.begin(), seen.end(), [](const auto &each) { return each.second.present.has_value(); });
+    return {
+        gauge("ruk_ipmi_build_info", "The exporter's version.", 1, {{"version", RUK_IPMI_VERSION}}),
+        gauge("ruk_ipmi_chassis_up", "Whether the chassis' message service is there.", served),
+        gauge("ruk_ipmi_chassis_slots", "Slots of the chassis.", slot_count())};
+}
+
+std::vector<metric> gauges_of_blades(const readings &seen)
+{
+    std::vector<metric> gauges;
+    for (const blade_gauge &each : blade_gauges) {
+        gauges.push_back({each.name, "gauge", each.help});
+        for (const auto &[place, reading] : seen)
+            if (const auto value = reading.*each.value)
+                gauges.back().samples.push_back({blade_label(place), *value});
+    }
+    return gauges;
 }
 
 // Of those in use: the table has an entry for some locations, and there may be no table.
@@ -98,7 +130,7 @@ std::string chassis_metrics::scrape()
     return text.get();
 }
 
-chassis_metrics::readings chassis_metrics::read_blades()
+readings chassis_metrics::read_blades()
 {
     const std::vector<blade_location> places = chosen_.empty() ? all_places() : chosen_;
     std::vector<blade_reading> found(places.size());
@@ -124,30 +156,16 @@ std::string chassis_metrics::look()
 {
     const auto start = steady_clock::now();
     const readings seen = read_blades();
-    const bool served = std::all_of(
-        seen.begin(), seen.end(), [](const auto &each) { return each.second.present.has_value(); });
-
-    std::vector<metric> all = {
-        gauge("ruk_ipmi_build_info", "The exporter's version.", 1, {{"version", RUK_IPMI_VERSION}}),
-        gauge("ruk_ipmi_chassis_up", "Whether the chassis' message service is there.", served),
-        gauge("ruk_ipmi_chassis_slots", "Slots of the chassis.", slot_count())};
-    for (const blade_gauge &each : blade_gauges) {
-        all.push_back({each.name, "gauge", each.help});
-        for (const auto &[place, reading] : seen)
-            if (const auto value = reading.*each.value)
-                all.back().samples.push_back({blade_label(place), *value});
-    }
-
-    std::vector<blade_location> blades;
-    for (const auto &[place, reading] : seen)
-        if (has_blade(reading))
-            blades.push_back(place);
+    const std::vector<blade_location> blades = blades_in(seen);
     for (const blade_location &each : blades)
         events_.begin_with(target_name(each));
     try {
         events_.count();
     } catch (const failure &) { // told by who counts all the time
     }
+
+    std::vector<metric> all = chassis_gauges(seen);
+    append(all, gauges_of_blades(seen));
     append(all, events_.metrics());
     append(all, timeout_metrics(blades));
     append(all, exchanges_.metrics());

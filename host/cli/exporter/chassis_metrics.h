@@ -13,6 +13,9 @@
 namespace cli
 {
 
+// What stands in each place; empty sub-slots, which nobody chose, are left out.
+using readings = std::vector<std::pair<blade_location, blade_reading>>;
+
 // For any threads.
 class chassis_metrics
 {
@@ -30,9 +33,6 @@ class chassis_metrics
     std::string scrape();
 
   private:
-    // What stands in each place; empty sub-slots, which nobody chose, are left out.
-    using readings = std::vector<std::pair<blade_location, blade_reading>>;
-
     std::string look();
     readings read_blades();
 

@@ -24,8 +24,6 @@ struct exporter_choice {
 constexpr char front_page[] = R"(<!DOCTYPE html>
 <html lang="en">
 <title>ruk-ipmi exporter</title>
-<h1>ruk-ipmi exporter)"
-                              " " RUK_IPMI_VERSION R"(</h1>
 <p>The blades of this chassis, for Prometheus: <a href="/metrics">metrics</a>.</p>
 </html>
 )";
@@ -46,13 +44,9 @@ exit_code serve(const blades &at, const exporter_choice &chosen, stream &out)
         }
     };
     count_events();
-    serve_pages(socket, {{"/",
-                          [] {
-                              return page{"text/html; charset=utf-8", front_page};
-                          }},
-                         {"/metrics", [watched] {
-                              return page{metrics_text_type, watched->scrape()};
-                          }}});
+    const auto front = [] { return page{"text/html; charset=utf-8", front_page}; };
+    const auto metrics = [watched] { return page{metrics_text_type, watched->scrape()}; };
+    serve_pages(socket, {{"/", front}, {"/metrics", metrics}});
     out.line({{"serving", "http://" + address_text(address) + "/metrics"}});
     for (;;) {
         std::this_thread::sleep_for(between_looks);
@@ -64,8 +58,7 @@ exit_code serve(const blades &at, const exporter_choice &chosen, stream &out)
 
 void add_exporter(const noun &root)
 {
-    root.follow_verb("exporter", "Serve what there is to watch to Prometheus, until interrupted",
-                     serve)
+    root.follow_verb("exporter", "Serve to Prometheus what there is to watch", serve)
         .option("--listen", "ADDR[:PORT]", &exporter_choice::listen, parse_listen_address,
                 "Where, e.g. [::]:9623; otherwise 127.0.0.1:9623. Port 0: any that is free")
         .option("--wait", "SECONDS", &exporter_choice::patience, parse_interval,
