@@ -14,7 +14,7 @@ using labels = std::vector<std::pair<std::string, std::string>>;
 struct sample {
     cli::labels labels;
     double value;
-    std::string suffix = ""; // of the metric's name: "_bucket", "_sum" or "_count" in a histogram
+    std::string suffix = {}; // of the metric's name: "_bucket", "_sum" or "_count" in a histogram
 };
 
 struct metric {
