@@ -1,5 +1,3 @@
-# The unit is written when it is installed: only then it is known where the daemon will be.
-
 if(CMAKE_INSTALL_PREFIX STREQUAL /usr)
     set(confdir /etc/ruk)
 else()
