@@ -81,7 +81,7 @@ template <typename... Fields>
 bytes record_of(const Fields &...fields)
 {
     if constexpr ((std::is_convertible_v<Fields, int> && ...)) {
-        return {static_cast<uint8_t>(fields)...};
+        return bytes{static_cast<uint8_t>(fields)...};
     } else {
         constexpr size_t usual_room = 32; // at once, not doubled on the way
         bytes record;
