@@ -18,7 +18,7 @@ void say_everything()
     slog_nlog("check: a notice without an end");
     slog_dlog("check: debug %s %hhu %.32s\n", "text", uint8_t{200},
               "a text that is cut off somewhere here");
-    slog_vlog("check: verbose @ %p\n", nullptr);
+    slog_vlog("check: verbose @ %p\n", static_cast<void *>(nullptr));
     os_log(1, 4, "check: %s\n", "the OS layer's");
 }
 
