@@ -12,8 +12,8 @@ std::string wrapped(const std::string &text, size_t room, size_t indent)
         size_t end = text.size();
         if (end - start > room) {
             end = text.rfind(' ', start + room);
-            if (end == std::string::npos ||
-                end <= start) // a word that is longer than the room stays whole
+            // A word that is longer than the room stays whole.
+            if (end == std::string::npos || end <= start)
                 end = std::min(text.find(' ', start), text.size());
         }
         result +=

@@ -22,12 +22,12 @@ std::string value(const parameter &each)
                             : "(" + known + ")");
 }
 
-// One specification for each name, and none for a name once it, or another that it excludes, is
-// there.
-words specifications(const parameter &option)
+// One form for each name, as _arguments takes it, and none for a name once it, or another that it
+// excludes, is there.
+words forms_of(const parameter &option)
 {
     const bool takes_value = !option.value.empty();
-    words specs;
+    words forms;
     for (const std::string &name : option.names) {
         std::string text = "*";
         if (!option.repeats) {
@@ -41,22 +41,22 @@ words specifications(const parameter &option)
         if (takes_value)
             text += name[1] == '-' ? "=" : "+";
         text += "[" + replaced(option.help, "]", "\\]") + "]";
-        specs.push_back(quoted(text + (takes_value ? value(option) : "")));
+        forms.push_back(quoted(text + (takes_value ? value(option) : "")));
     }
-    return specs;
+    return forms;
 }
 
-std::string specification(const parameter &argument)
+std::string form_of(const parameter &argument)
 {
     return quoted((argument.repeats ? "*" : argument.required ? "" : ":") + value(argument));
 }
 
-words all_specifications(const std::vector<parameter> &options)
+words forms_of_all(const std::vector<parameter> &options)
 {
     words all;
     for (const parameter &each : options)
-        for (const std::string &spec : specifications(each))
-            all.push_back(spec);
+        for (const std::string &form : forms_of(each))
+            all.push_back(form);
     return all;
 }
 
@@ -89,26 +89,26 @@ std::string array(const std::string &name, const words &elements)
 // What completes behind a command.
 std::string function(const command &at)
 {
-    words specs = {"$common"};
-    for (const std::string &each : all_specifications(own_options(at)))
-        specs.push_back(each);
+    words forms = {"$common"};
+    for (const std::string &each : forms_of_all(own_options(at)))
+        forms.push_back(each);
     for (const parameter &each : at.arguments)
-        specs.push_back(specification(each));
+        forms.push_back(form_of(each));
     words below;
     for (const command &each : at.commands)
         below.push_back(quoted(each.path.back() + ":" + each.help));
     if (!below.empty())
-        specs.insert(specs.end(), {"'(-)1: :->command'", "'(-)*:: :->rest'"});
+        forms.insert(forms.end(), {"'(-)1: :->command'", "'(-)*:: :->rest'"});
 
     std::string text = "\n" + function_name(at) + "()\n{\n";
     if (at.path.size() == 1)
-        text += array("common", all_specifications(common_options(at)));
-    text += array("specifications", specs);
+        text += array("common", forms_of_all(common_options(at)));
+    text += array("forms", forms);
     if (below.empty())
-        text += "    _arguments -s -S $specifications\n";
+        text += "    _arguments -s -S $forms\n";
     else
         text += array("below", below) + "    local curcontext=$curcontext state\n" +
-                "    local -a line\n" + "    _arguments -C -s -S $specifications && return\n" +
+                "    local -a line\n" + "    _arguments -C -s -S $forms && return\n" +
                 "    _ruk_below " + function_name(at) + "\n";
     text += "}\n";
     for (const command &each : at.commands)
