@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <string>
-#include <type_traits>
 
 #include "chassisd/simulated/device.h"
 #include "commands/wire.h"
@@ -80,15 +79,11 @@ inline void append(bytes &to, text field)
 template <typename... Fields>
 bytes record_of(const Fields &...fields)
 {
-    if constexpr ((std::is_convertible_v<Fields, int> && ...)) {
-        return bytes{static_cast<uint8_t>(fields)...};
-    } else {
-        constexpr size_t usual_room = 32; // at once, not doubled on the way
-        bytes record;
-        record.reserve(usual_room);
-        (append(record, fields), ...);
-        return record;
-    }
+    constexpr size_t usual_room = 32; // at once, not doubled on the way
+    bytes record;
+    record.reserve(usual_room);
+    (append(record, fields), ...);
+    return record;
 }
 
 // The answer of a command that was carried out.
