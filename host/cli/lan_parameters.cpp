@@ -153,10 +153,7 @@ uint8_t lan_parameter_number(const std::string &text)
 
 std::vector<std::string> lan_parameter_names()
 {
-    std::vector<std::string> names;
-    for (const lan_parameter &each : lan_parameters())
-        names.emplace_back(each.name);
-    return names;
+    return all_names(lan_parameters());
 }
 
 std::vector<std::string> settable_lan_parameter_names()

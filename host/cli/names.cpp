@@ -34,14 +34,6 @@ uint8_t number_named(const name_table &table, const std::string &name)
     throw usage_failure("\"" + name + "\" is none of " + list_of_names(table));
 }
 
-std::vector<std::string> all_names(const name_table &table)
-{
-    std::vector<std::string> names;
-    for (const named_number &each : table)
-        names.emplace_back(each.name);
-    return names;
-}
-
 uint8_t number_or_named(const name_table &table, const std::string &text)
 {
     const bool typed_as_number = !text.empty() && text[0] >= '0' && text[0] <= '9';

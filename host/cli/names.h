@@ -24,11 +24,18 @@ std::string name_of(const name_table &table, uint8_t number);
 // The number of that name; any other text is a usage failure.
 uint8_t number_named(const name_table &table, const std::string &name);
 
-// All names of a table.
-std::vector<std::string> all_names(const name_table &table);
-
 // The same, or any number as it is typed.
 uint8_t number_or_named(const name_table &table, const std::string &text);
+
+// All names of a table, of these or of other things that have one.
+template <typename Table>
+std::vector<std::string> all_names(const Table &table)
+{
+    std::vector<std::string> names;
+    for (const auto &each : table)
+        names.emplace_back(each.name);
+    return names;
+}
 
 // The names of the bits that are set, from the least significant one on; a bit whose name is null,
 // or that has none, is passed over.

@@ -4,6 +4,7 @@
 
 #include "cli/chassis_survey.h"
 #include "cli/command_tree.h"
+#include "cli/names.h"
 #include "cli/output.h"
 #include "cli/parallel_questions.h"
 #include "cli/power_draw.h"
@@ -37,10 +38,7 @@ draw_word word_named(const std::string &name)
 
 std::vector<std::string> word_names()
 {
-    std::vector<std::string> names;
-    for (const draw_word &each : draw_words)
-        names.emplace_back(each.name);
-    return names;
+    return all_names(draw_words);
 }
 
 // Those that were chosen, or else all that there are now.
