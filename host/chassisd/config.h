@@ -46,10 +46,10 @@ struct bridge_config {
     std::string privilege = "admin"; // user, operator or admin
     uint8_t cipher_suite = 3;
     std::vector<std::string> workarounds; // FreeIPMI's names of them
-    uint32_t timeout_ms = 3000;           // longest wait for the controller
+    uint32_t timeout_ms = 3000;           // longest wait for the controller, a new session included
     uint32_t retransmit_ms = 500;
-    // An idle session is kept alive at least that often, and more often where a short timeout_ms
-    // makes FreeIPMI give it up earlier; 0: an idle session is closed.
+    // An idle session is kept alive that often, or as often as it takes: every 30 s, and more often
+    // where a short timeout_ms makes FreeIPMI give its own up earlier; 0: it is closed.
     uint32_t keepalive_s = 20;
 
     auto all() const

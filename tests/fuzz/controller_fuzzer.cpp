@@ -36,9 +36,12 @@ chassisd::bridge_config config_for(const drawn_controller &controller, uint8_t c
     return config;
 }
 
+// None for half of all bytes: most workarounds are for FreeIPMI's session alone.
 std::vector<std::string> draw_workarounds(uint8_t drawn)
 {
     std::vector<std::string> chosen;
+    if (drawn & 0x80)
+        return chosen;
     for (const std::string &name : chassisd::workaround_names()) {
         if (drawn & 1)
             chosen.push_back(name);

@@ -1,12 +1,6 @@
 #include "drawn_controller.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <poll.h>
-#include <sys/eventfd.h>
-#include <sys/socket.h>
-#include <system_error>
-#include <unistd.h>
 
 namespace ruk_ipmi_testing
 {
@@ -14,25 +8,10 @@ namespace ruk_ipmi_testing
 namespace
 {
 
-constexpr int repetition_ms = 10;
-
 // The first byte of a datagram's answers: how many are spoilt, and what follows them.
 constexpr uint8_t spoilt_mask = 0x03;
 constexpr uint8_t nothing_follows = 0xC0;
 constexpr uint8_t the_last_is_repeated = 0xE0;
-
-template <typename Result>
-Result checked(Result result)
-{
-    if (result < 0)
-        throw std::system_error(errno, std::generic_category());
-    return result;
-}
-
-sockaddr *general(sockaddr_in &address)
-{
-    return reinterpret_cast<sockaddr *>(&address);
-}
 
 change draw_change(script &drawn)
 {
@@ -75,65 +54,27 @@ drawn_controller::drawn_controller(const std::string &password, script script, u
                       if (change_.is_any && layer == change_.where)
                           spoil(data, change_);
                   }),
-      socket_(checked(socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0))),
-      end_(checked(eventfd(0, EFD_CLOEXEC)))
+      service_([this](const bytes &asked) { return answers_to(asked); },
+               [this] { return repeated_; })
 {
-    address_.sin_family = AF_INET;
-    address_.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address_;
-    checked(bind(socket_, general(address_), size));
-    checked(getsockname(socket_, general(address_), &size));
-    thread_ = std::thread([this] { serve(); });
 }
 
-drawn_controller::~drawn_controller()
+std::vector<bytes> drawn_controller::answers_to(const bytes &asked)
 {
-    eventfd_write(end_, 1);
-    thread_.join();
-    close(end_);
-    close(socket_);
-}
-
-void drawn_controller::serve()
-{
-    pollfd awaited[] = {{socket_, POLLIN, 0}, {end_, POLLIN, 0}};
-    for (;;) {
-        const int patience = repeated_.empty() ? -1 : repetition_ms;
-        checked(TEMP_FAILURE_RETRY(poll(awaited, 2, patience)));
-        if (awaited[1].revents != 0)
-            return;
-        if (awaited[0].revents != 0)
-            answer_next();
-        else
-            send(repeated_);
-    }
-}
-
-void drawn_controller::answer_next()
-{
-    bytes asked(2048);
-    socklen_t size = sizeof console_;
-    asked.resize(static_cast<size_t>(
-        checked(recvfrom(socket_, asked.data(), asked.size(), 0, general(console_), &size))));
     repeated_.clear();
+    std::vector<bytes> answers;
     const uint8_t how = honest_ != 0 ? 0 : script_.byte();
     honest_ -= honest_ != 0;
     for (int left = how & spoilt_mask; left != 0; --left) {
         change_ = draw_change(script_);
-        const bytes spoilt = controller_.answer(asked);
-        send(spoilt);
+        answers.push_back(controller_.answer(asked));
         if (how >= the_last_is_repeated)
-            repeated_ = spoilt;
+            repeated_ = answers.back();
     }
     change_ = {};
     if (how < nothing_follows)
-        send(controller_.answer(asked));
-}
-
-void drawn_controller::send(const bytes &datagram) const
-{
-    const auto *to = reinterpret_cast<const sockaddr *>(&console_);
-    sendto(socket_, datagram.data(), datagram.size(), 0, to, sizeof console_);
+        answers.push_back(controller_.answer(asked));
+    return answers;
 }
 
 } // namespace ruk_ipmi_testing

@@ -2,11 +2,10 @@
 #ifndef RUK_TESTS_FUZZ_DRAWN_CONTROLLER_H
 #define RUK_TESTS_FUZZ_DRAWN_CONTROLLER_H
 
-#include <netinet/in.h>
 #include <string>
-#include <thread>
 
-#include "rmcpplus_controller.h"
+#include "support/rmcpplus_controller.h"
+#include "support/udp_service.h"
 
 namespace ruk_ipmi_testing
 {
@@ -47,27 +46,18 @@ class drawn_controller
   public:
     // With the script to begin after so many datagrams.
     drawn_controller(const std::string &password, script script, unsigned honest);
-    ~drawn_controller();
-    drawn_controller(const drawn_controller &) = delete;
-    drawn_controller &operator=(const drawn_controller &) = delete;
 
-    uint16_t port() const { return ntohs(address_.sin_port); }
+    uint16_t port() const { return service_.port(); }
 
   private:
-    void serve();
-    void answer_next();
-    void send(const bytes &datagram) const;
+    std::vector<bytes> answers_to(const bytes &asked);
 
     script script_;
     unsigned honest_;
     change change_;
     rmcpplus_controller controller_;
-    bytes repeated_; // until something is asked
-    const int socket_;
-    const int end_;
-    sockaddr_in address_{};
-    sockaddr_in console_{};
-    std::thread thread_;
+    bytes repeated_;      // until something is asked
+    udp_service service_; // the last: its thread uses the others
 };
 
 } // namespace ruk_ipmi_testing

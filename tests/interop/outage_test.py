@@ -19,6 +19,18 @@ def ask(chassis, slot):
     return done.returncode, time.monotonic() - started
 
 
+@pytest.fixture(params=[[], sim.FREEIPMI], ids=["ours", "FreeIPMI's"])
+def chassis(controllers, run_chassis, request):
+    """The two controllers in slots 1 and 2, their sessions ours or FreeIPMI's."""
+    return run_chassis(
+        [
+            dict(slot=slot, port=controller.port, workarounds=request.param)
+            for slot, controller in enumerate(controllers, 1)
+        ],
+        controllers,
+    )
+
+
 @pytest.fixture
 def frozen(chassis, controllers):
     """The first controller has stopped in the middle of a session."""
@@ -84,7 +96,7 @@ def test_a_controller_that_restarts_is_reached_again(chassis, controllers):
 def test_a_restart_that_nobody_asked_during_is_not_noticed(chassis, controllers):
     chassis.read(1, "sel", "info")
     controllers[0].stop()
-    time.sleep(2 * TIMEOUT_MS / 1000)  # the session's keep-alive finds out
+    time.sleep(2 * TIMEOUT_MS / 1000)  # a session that was idle is asked whether it is still there
     controllers[0].start()
     assert ask(chassis, 1)[0] == 0
 

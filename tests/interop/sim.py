@@ -46,7 +46,7 @@ username = "{username}"
 password_file = "{password_file}"
 privilege = "{privilege}"
 cipher_suite = {cipher_suite}
-workarounds = ["opensesspriv"]  # without it ipmi_sim hashes another privilege than FreeIPMI
+workarounds = {workarounds}
 timeout_ms = {timeout_ms}
 """
 
@@ -72,6 +72,11 @@ mc_enable 0x20
 """
 
 
+# What FreeIPMI's session with ipmi_sim needs, which else hashes another privilege, and what makes
+# it FreeIPMI's.
+FREEIPMI = ["opensesspriv", "nochecksumcheck"]
+
+
 def blade_configuration(**particulars):
     """At least slot, port and timeout_ms; the rest is as usual unless it is said."""
     usual = dict(
@@ -80,6 +85,7 @@ def blade_configuration(**particulars):
         password_file="password",
         privilege="admin",
         cipher_suite=3,
+        workarounds=[],
     )
     return BLADE.format(**{**usual, **particulars})
 

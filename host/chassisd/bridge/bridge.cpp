@@ -19,6 +19,11 @@ using std::chrono::milliseconds;
 // then fail one after another at once, instead of each after the whole time-out.
 constexpr milliseconds back_off = std::chrono::seconds(1);
 
+// How long a session that is not to be kept waits for the next request.
+constexpr milliseconds brief_idleness = std::chrono::seconds(1);
+
+const request get_device_id{0x06, 0, 0x01, {}};
+
 class bridge final : public blade
 {
   public:
@@ -29,12 +34,12 @@ class bridge final : public blade
     milliseconds idle_period() const override;
 
   private:
-    void open();
     bytes ask(const request &request);
+    void open(session::clock::time_point deadline);
     void note(const std::string &trouble);
 
     bridge_config config_;
-    std::optional<session> session_;
+    std::unique_ptr<session> session_;
     std::optional<session_error> refusal_; // of the last opening
     session::clock::time_point next_opening_;
     std::string trouble_; // that the log tells already
@@ -63,47 +68,46 @@ void bridge::idle()
         session_.reset();
         return;
     }
-    constexpr uint8_t application = 0x06;
-    constexpr uint8_t get_device_id = 0x01;
-    execute({application, 0, get_device_id, {}});
+    execute(get_device_id);
 }
 
 milliseconds bridge::idle_period() const
 {
     if (!session_)
         return milliseconds(0);
-    const milliseconds in_time = session_->longest_idleness() * 2 / 3;
-    if (config_.keepalive_s == 0)
-        return in_time;
-    return std::min<milliseconds>(std::chrono::seconds(config_.keepalive_s), in_time);
+    const milliseconds wanted =
+        config_.keepalive_s == 0 ? brief_idleness : std::chrono::seconds(config_.keepalive_s);
+    return std::min(wanted, session_->longest_idleness() * 2 / 3);
 }
 
-void bridge::open()
-{
-    if (refusal_ && session::clock::now() < next_opening_)
-        throw session_error(*refusal_);
-    try {
-        session_.emplace(config_);
-        refusal_.reset();
-    } catch (const session_error &error) {
-        refusal_ = error;
-        next_opening_ = session::clock::now() + back_off;
-        throw;
-    }
-}
-
+// The controller has the time-out for all that it takes, a new session included.
 bytes bridge::ask(const request &request)
 {
-    if (session_ && session_->stale())
+    const auto deadline = session::clock::now() + milliseconds(config_.timeout_ms);
+    if (session_ && !session_->is_usable(deadline))
         session_.reset();
     if (!session_)
-        open();
+        open(deadline);
     try {
-        bytes answer = session_->ask(request);
+        bytes answer = session_->ask(request, deadline);
         note("");
         return answer;
     } catch (const session_error &) {
         session_.reset();
+        throw;
+    }
+}
+
+void bridge::open(session::clock::time_point deadline)
+{
+    if (refusal_ && session::clock::now() < next_opening_)
+        throw session_error(*refusal_);
+    try {
+        session_ = open_session(config_, deadline);
+        refusal_.reset();
+    } catch (const session_error &error) {
+        refusal_ = error;
+        next_opening_ = session::clock::now() + back_off;
         throw;
     }
 }

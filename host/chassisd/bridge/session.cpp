@@ -1,138 +1,21 @@
 #include "chassisd/bridge/session.h"
 
-#include <algorithm>
-#include <new>
-
+#include "chassisd/bridge/freeipmi_session.h"
+#include "chassisd/bridge/rmcpplus/session.h"
 #include "chassisd/bridge/workarounds.h"
-#include "platform/status.h"
 
 namespace chassisd
 {
 
-namespace
+std::unique_ptr<session> open_session(const bridge_config &config,
+                                      session::clock::time_point deadline)
 {
-
-// More than any answer that fits a response record.
-constexpr size_t longest_answer = 1024;
-
-struct timing {
-    unsigned patience_ms;
-    unsigned retransmit_ms;
-};
-
-// FreeIPMI looks at the clock only when it is about to send a request again, and so overruns a
-// time-out by up to one such interval.
-timing timing_of(const bridge_config &config)
-{
-    const unsigned retransmit = std::min(config.retransmit_ms, config.timeout_ms / 4);
-    return {config.timeout_ms - retransmit, retransmit};
-}
-
-// As FreeIPMI wants it: host:port, with brackets around an IPv6 address.
-std::string address_of(const bridge_config &config)
-{
-    const bool bare_ipv6 = config.host.find(':') != std::string::npos && config.host.front() != '[';
-    const std::string host = bare_ipv6 ? "[" + config.host + "]" : config.host;
-    return host + ":" + std::to_string(config.port);
-}
-
-uint8_t privilege_of(const std::string &name)
-{
-    if (name == "user")
-        return IPMI_PRIVILEGE_LEVEL_USER;
-    if (name == "operator")
-        return IPMI_PRIVILEGE_LEVEL_OPERATOR;
-    return IPMI_PRIVILEGE_LEVEL_ADMIN;
-}
-
-// What keeps a session from being opened is either silence or a controller (or FreeIPMI, ahead of
-// it) that does not accept what was offered: only the first may look like a dead host. An answer
-// that makes no sense, or that the network brings twice, is no refusal.
-uint32_t status_of_opening(int error)
-{
-    switch (error) {
-    case IPMI_ERR_SUCCESS:
-    case IPMI_ERR_CONNECTION_TIMEOUT:
-    case IPMI_ERR_SESSION_TIMEOUT:
-    case IPMI_ERR_MESSAGE_TIMEOUT:
-    case IPMI_ERR_DRIVER_TIMEOUT:
-    case IPMI_ERR_DRIVER_BUSY:
-    case IPMI_ERR_BMC_BUSY:
-    case IPMI_ERR_HOSTNAME_INVALID:
-    case IPMI_ERR_OUT_OF_MEMORY:
-    case IPMI_ERR_SYSTEM_ERROR:
-    case IPMI_ERR_INTERNAL_ERROR:
-        return RUK_MSG_UNREACHABLE;
-    default:
-        return RUK_MSG_ACCESS;
-    }
-}
-
-// FreeIPMI calls some answers that it can make nothing of a success, though there is no result.
-std::string reason_of(ipmi_ctx_t context)
-{
-    if (ipmi_ctx_errnum(context) == IPMI_ERR_SUCCESS)
-        return "an answer that makes no sense";
-    return ipmi_ctx_errormsg(context);
-}
-
-} // namespace
-
-void session::closer::operator()(ipmi_ctx_t context) const
-{
-    ipmi_ctx_close(context);
-    ipmi_ctx_destroy(context);
-}
-
-session::session(const bridge_config &config) : context_(ipmi_ctx_create())
-{
-    // FreeIPMI sets up its cryptography whenever a session is opened, without a lock. All but the
-    // first time it only finds things as they are, so it is the first that must be one thread's.
-    static const bool ready = ipmi_rmcpplus_init() == 0;
-    if (!context_ || !ready)
-        throw std::bad_alloc();
-    const timing timing = timing_of(config);
-    patience_ = std::chrono::milliseconds(timing.patience_ms);
-    if (ipmi_ctx_open_outofband_2_0(context_.get(), address_of(config).c_str(),
-                                    config.username.c_str(), config.password.c_str(), nullptr, 0,
-                                    privilege_of(config.privilege), config.cipher_suite,
-                                    timing.patience_ms, timing.retransmit_ms,
-                                    workaround_flags(config.workarounds), IPMI_FLAGS_DEFAULT) < 0)
-        throw session_error(status_of_opening(ipmi_ctx_errnum(context_.get())),
-                            reason_of(context_.get()));
-    answered();
-}
-
-bytes session::ask(const request &request)
-{
-    bytes asked = {request.command};
-    asked.insert(asked.end(), request.data.begin(), request.data.end());
-    bytes answer(longest_answer);
-    const int length =
-        ipmi_cmd_raw(context_.get(), request.lun, request.netfn, asked.data(),
-                     static_cast<unsigned>(asked.size()), answer.data(), longest_answer);
-    if (length < 2)
-        throw session_error(RUK_MSG_UNREACHABLE, reason_of(context_.get()));
-    answered();
-    answer.resize(static_cast<size_t>(length));
-    answer.erase(answer.begin()); // the command, repeated
-    return answer;
-}
-
-// True, too, when the machine's clock was set: back, and FreeIPMI might wait by as much longer;
-// forward, and it would not wait at all.
-bool session::stale() const
-{
-    using std::chrono::seconds;
-    const auto idle = clock::now() - answered_;
-    const auto drift = std::chrono::system_clock::now() - answered_at_ - idle;
-    return idle > longest_idleness() || drift > seconds(1) || drift < seconds(-1);
-}
-
-void session::answered()
-{
-    answered_ = clock::now();
-    answered_at_ = std::chrono::system_clock::now();
+    using namespace rmcpplus;
+    set_up_cryptography();
+    const cipher_suite *const suite = find_cipher_suite(config.cipher_suite);
+    if (suite && !need_freeipmi(config.workarounds))
+        return std::make_unique<rmcpplus_session>(config, *suite, deadline);
+    return std::make_unique<freeipmi_session>(config);
 }
 
 } // namespace chassisd

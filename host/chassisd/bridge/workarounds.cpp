@@ -16,14 +16,17 @@ namespace
 struct workaround {
     const char *name;
     unsigned flag;
+    bool ours_needs_none = false;
 };
 
+// A session of our own does not ask for the authentication capabilities, and asks for the privilege
+// that it is to have.
 constexpr workaround workarounds[] = {
-    {"authcap", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_AUTHENTICATION_CAPABILITIES},
+    {"authcap", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_AUTHENTICATION_CAPABILITIES, true},
     {"intel20", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_INTEL_2_0_SESSION},
     {"supermicro20", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_SUPERMICRO_2_0_SESSION},
     {"sun20", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_SUN_2_0_SESSION},
-    {"opensesspriv", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_OPEN_SESSION_PRIVILEGE},
+    {"opensesspriv", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_OPEN_SESSION_PRIVILEGE, true},
     {"integritycheckvalue", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_NON_EMPTY_INTEGRITY_CHECK_VALUE},
     {"nochecksumcheck", IPMI_WORKAROUND_FLAGS_OUTOFBAND_2_0_NO_CHECKSUM_CHECK},
 };
@@ -60,6 +63,14 @@ unsigned workaround_flags(const std::vector<std::string> &names)
         flags |= known->flag;
     }
     return flags;
+}
+
+bool need_freeipmi(const std::vector<std::string> &names)
+{
+    return std::any_of(names.begin(), names.end(), [](const std::string &name) {
+        const workaround *known = find(name);
+        return known && !known->ours_needs_none;
+    });
 }
 
 } // namespace chassisd

@@ -1,10 +1,10 @@
 // A controller behind RMCP+, as far as it takes to open a session and to ask in it: cipher suites 0
-// to 3 and 15 to 17, and one answer to whatever is asked.
+// to 3 and 17, and one answer to whatever is asked.
 //
 // It is honest, but what it sends may be spoilt at every layer while that is being made, so that
 // what is wrong can lie below a checksum, a signature and an encryption that are right.
-#ifndef RUK_TESTS_FUZZ_RMCPPLUS_CONTROLLER_H
-#define RUK_TESTS_FUZZ_RMCPPLUS_CONTROLLER_H
+#ifndef RUK_TESTS_SUPPORT_RMCPPLUS_CONTROLLER_H
+#define RUK_TESTS_SUPPORT_RMCPPLUS_CONTROLLER_H
 
 #include <functional>
 #include <string>

@@ -1,4 +1,4 @@
-#include "rmcpplus_controller.h"
+#include "support/rmcpplus_controller.h"
 
 #include <algorithm>
 #include <gcrypt.h>
