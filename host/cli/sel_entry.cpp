@@ -108,13 +108,15 @@ json entry_summary(const uint8_t *record, bool utc)
     const texts &said = texts_of(record);
     const bool has_sensor = is_event(record);
     const bool is_over = (record[event_type_at] & 0x80) != 0;
-    return {
-        {"id", hex(load_le16(&record[id_at]))},
-        {"time", has_time(record) ? json(format_time(load_le32(&record[time_at]), utc)) : json()},
-        {"sensor_type", said.sensor_type},
-        {"sensor", has_sensor ? json(hex(record[sensor_at])) : json()},
-        {"direction", has_sensor ? json(is_over ? "deassertion" : "assertion") : json()},
-        {"event", said.event}};
+    json fields; // one by one: a list of them would be copied twice
+    fields["id"] = hex(load_le16(&record[id_at]));
+    fields["time"] =
+        has_time(record) ? json(format_time(load_le32(&record[time_at]), utc)) : json();
+    fields["sensor_type"] = said.sensor_type;
+    fields["sensor"] = has_sensor ? json(hex(record[sensor_at])) : json();
+    fields["direction"] = has_sensor ? json(is_over ? "deassertion" : "assertion") : json();
+    fields["event"] = said.event;
+    return fields;
 }
 
 json entry_details(const uint8_t *record, bool utc)
