@@ -141,8 +141,9 @@ TEST_F(opening, that_nobody_answers_ends_in_time)
     const auto took = time_of([&] { status = answer_of(controller.config()).status; });
     EXPECT_EQ(status, RUK_MSG_UNREACHABLE);
     EXPECT_GE(took.count(), 300);
-    EXPECT_LT(took.count(), 600);
-    EXPECT_EQ(controller.asked(open_session_request), 6u); // every 50 ms
+    EXPECT_LT(took.count(), 1000);
+    EXPECT_LE(controller.asked(open_session_request), 6u); // every 50 ms
+    EXPECT_GE(controller.asked(open_session_request), 3u);
 }
 
 TEST_F(opening, where_nobody_listens_ends_at_once)
