@@ -7,11 +7,6 @@ NODE = re.compile(r'node: \{ title: "(.*?)" label: "(.*?)"')
 EDGE = re.compile(r'edge: \{ sourcename: "(.*?)" targetname: "(.*?)"')
 FRAME = re.compile(r"\\n(\d+) bytes \((.*?)\)")
 
-# A call by a pointer. In a file of commands that is a short form, by a blade's number, which calls
-# a form by location of the same file.
-POINTER = "__indirect_call"
-BY_LOCATION = ("ipmi_location_", "location_")
-
 
 class Calls:
     """Who calls whom, and the frames. Functions of the platform and of libc have none: their stack
@@ -30,10 +25,8 @@ class Calls:
                 if frame[2] != "static":
                     raise ValueError(f"the frame of {name} has no fixed size")
                 frames[name] = int(frame[1])
-        by_location = {name for name in frames if name.startswith(BY_LOCATION)}
         for caller, callee in EDGE.findall(report):
-            behind = by_location if callee == POINTER and of_commands else {callee}
-            self.callees.setdefault(caller, set()).update(behind)
+            self.callees.setdefault(caller, set()).add(callee)
         self.frames.update(frames)
         if of_commands:
             self.commands.update(name for name in frames if not name.startswith("_Z"))
@@ -47,7 +40,7 @@ class Calls:
         """The path from a function downwards that takes the most stack: bytes and functions."""
         function = self.defined(function)
         if function not in self.frames:
-            if function == POINTER or "3ruk" in function:
+            if function == "__indirect_call" or "3ruk" in function:
                 raise ValueError(f"{callers[-1]} calls {function}, of which nothing is known")
             return 0, ()
         if function in callers:

@@ -15,7 +15,7 @@ int ipmi_location_host_event_status(const blade_location *location, uint8_t out[
 
 int ipmi_host_event_status(int blade_num, uint8_t out[6])
 {
-    return by_number(ipmi_location_host_event_status, blade_num, out);
+    return by_number<ipmi_location_host_event_status>(blade_num, out);
 }
 
 int ipmi_location_get_vkvm_status(const blade_location *location, uint8_t out[7])
@@ -27,7 +27,7 @@ int ipmi_location_get_vkvm_status(const blade_location *location, uint8_t out[7]
 
 int ipmi_get_vkvm_status(int blade_num, uint8_t out[7])
 {
-    return by_number(ipmi_location_get_vkvm_status, blade_num, out);
+    return by_number<ipmi_location_get_vkvm_status>(blade_num, out);
 }
 
 int ipmi_location_get_vmedia_status(const blade_location *location, uint8_t out[5])
@@ -39,7 +39,7 @@ int ipmi_location_get_vmedia_status(const blade_location *location, uint8_t out[
 
 int ipmi_get_vmedia_status(int blade_num, uint8_t out[5])
 {
-    return by_number(ipmi_location_get_vmedia_status, blade_num, out);
+    return by_number<ipmi_location_get_vmedia_status>(blade_num, out);
 }
 
 int ipmi_location_get_imc_status(const blade_location *location, uint8_t out[7])
@@ -58,7 +58,7 @@ int ipmi_location_enter_firmware_update(const blade_location *location, uint8_t 
 
 int ipmi_enter_firmware_update(int blade_num, uint8_t *out)
 {
-    return by_number(ipmi_location_enter_firmware_update, blade_num, out);
+    return by_number<ipmi_location_enter_firmware_update>(blade_num, out);
 }
 
 int location_edid_information(const blade_location *location, uint8_t which, const uint8_t *block,
@@ -75,7 +75,7 @@ int location_edid_information(const blade_location *location, uint8_t which, con
 int edid_information(int blade_num, uint8_t which, const uint8_t *block, uint32_t length,
                      uint8_t *out)
 {
-    return by_number(location_edid_information, blade_num, which, block, length, out);
+    return by_number<location_edid_information>(blade_num, which, block, length, out);
 }
 
 int ipmi_location_read_staging(const blade_location *location, uint8_t which, uint8_t out[257])
@@ -87,7 +87,7 @@ int ipmi_location_read_staging(const blade_location *location, uint8_t which, ui
 
 int ipmi_read_staging(int blade_num, uint8_t which, uint8_t out[257])
 {
-    return by_number(ipmi_location_read_staging, blade_num, which, out);
+    return by_number<ipmi_location_read_staging>(blade_num, which, out);
 }
 
 int ipmi_location_read_queue(const blade_location *location, uint8_t first, uint8_t second,
@@ -100,7 +100,7 @@ int ipmi_location_read_queue(const blade_location *location, uint8_t first, uint
 
 int ipmi_read_queue(int blade_num, uint8_t first, uint8_t second, uint8_t out[257])
 {
-    return by_number(ipmi_location_read_queue, blade_num, first, second, out);
+    return by_number<ipmi_location_read_queue>(blade_num, first, second, out);
 }
 
 // The second text takes the first one's place in the request, all of it.
@@ -119,7 +119,7 @@ int ipmi_location_login_access(const blade_location *location, const char *,
 int ipmi_login_access(int blade_num, const char *first_text, const char *second_text,
                       uint8_t out[6])
 {
-    return by_number(ipmi_location_login_access, blade_num, first_text, second_text, out);
+    return by_number<ipmi_location_login_access>(blade_num, first_text, second_text, out);
 }
 
 int ipmi_location_test_alert(const blade_location *location, uint8_t which, const void *data,
@@ -139,7 +139,7 @@ int ipmi_location_identify_led_status(const blade_location *location, uint8_t ou
 
 int ipmi_identify_led_status(int blade_num, uint8_t out[2])
 {
-    return by_number(ipmi_location_identify_led_status, blade_num, out);
+    return by_number<ipmi_location_identify_led_status>(blade_num, out);
 }
 
 int ipmi_location_get_last_post_code(const blade_location *location, uint8_t out[131])
@@ -151,5 +151,5 @@ int ipmi_location_get_last_post_code(const blade_location *location, uint8_t out
 
 int ipmi_get_last_post_code(int blade_num, uint8_t out[131])
 {
-    return by_number(ipmi_location_get_last_post_code, blade_num, out);
+    return by_number<ipmi_location_get_last_post_code>(blade_num, out);
 }

@@ -16,7 +16,7 @@ int ipmi_location_chassis_control_command(const blade_location *location, uint8_
 
 int ipmi_chassis_control_command(int blade_num, uint8_t control, uint8_t *out)
 {
-    return by_number(ipmi_location_chassis_control_command, blade_num, control, out);
+    return by_number<ipmi_location_chassis_control_command>(blade_num, control, out);
 }
 
 int ipmi_location_chassis_identify_command(const blade_location *location, uint8_t interval,
@@ -33,7 +33,7 @@ int ipmi_location_chassis_identify_command(const blade_location *location, uint8
 
 int ipmi_chassis_identify_command(int blade_num, uint8_t interval, uint8_t force, uint8_t *out)
 {
-    return by_number(ipmi_location_chassis_identify_command, blade_num, interval, force, out);
+    return by_number<ipmi_location_chassis_identify_command>(blade_num, interval, force, out);
 }
 
 int ipmi_location_get_boot_options(const blade_location *location, uint8_t parameter,

@@ -85,7 +85,7 @@ int ipmi_location_get_ext_cmd(const blade_location *location, uint8_t command, e
 
 int ipmi_get_ext_cmd_indexed(int blade_num, uint8_t command, uint8_t index, ext_cmd_data *out)
 {
-    return by_number(ipmi_location_get_ext_cmd_indexed, blade_num, command, index, out);
+    return by_number<ipmi_location_get_ext_cmd_indexed>(blade_num, command, index, out);
 }
 
 int ipmi_get_ext_cmd(int blade_num, uint8_t command, ext_cmd_data *out)
@@ -131,8 +131,8 @@ int ipmi_location_set_ext_cmd(const blade_location *location, uint8_t command, c
 int ipmi_set_ext_cmd_indexed(int blade_num, uint8_t command, uint8_t index, const uint8_t *data,
                              uint32_t length, uint8_t *out)
 {
-    return by_number(ipmi_location_set_ext_cmd_indexed, blade_num, command, index, data, length,
-                     out);
+    return by_number<ipmi_location_set_ext_cmd_indexed>(blade_num, command, index, data, length,
+                                                        out);
 }
 
 int ipmi_set_ext_cmd(int blade_num, uint8_t command, const uint8_t *data, uint32_t length,

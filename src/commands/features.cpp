@@ -13,7 +13,7 @@ int ipmi_location_get_feature_info(const blade_location *location, uint8_t out[7
 
 int ipmi_get_feature_info(int blade_num, uint8_t out[7])
 {
-    return by_number(ipmi_location_get_feature_info, blade_num, out);
+    return by_number<ipmi_location_get_feature_info>(blade_num, out);
 }
 
 int ipmi_location_send_bexal_quon(const blade_location *location, const uint8_t value[6],
@@ -26,7 +26,7 @@ int ipmi_location_send_bexal_quon(const blade_location *location, const uint8_t 
 
 int ipmi_send_bexal_quon(int blade_num, const uint8_t value[6], uint8_t *out)
 {
-    return by_number(ipmi_location_send_bexal_quon, blade_num, value, out);
+    return by_number<ipmi_location_send_bexal_quon>(blade_num, value, out);
 }
 
 int ipmi_location_get_cpld_version(const blade_location *location, uint8_t out[6])
@@ -53,7 +53,7 @@ int ipmi_location_get_auto_discovery_status(const blade_location *location, uint
 
 int ipmi_get_auto_discovery_status(int blade_num, uint8_t out[10])
 {
-    return by_number(ipmi_location_get_auto_discovery_status, blade_num, out);
+    return by_number<ipmi_location_get_auto_discovery_status>(blade_num, out);
 }
 
 // Power management: one command, whose first byte says what is asked for.
@@ -71,7 +71,7 @@ int ipmi_location_get_pm_status(const blade_location *location, uint8_t *out)
 
 int ipmi_get_pm_status(int blade_num, uint8_t *out)
 {
-    return by_number(ipmi_location_get_pm_status, blade_num, out);
+    return by_number<ipmi_location_get_pm_status>(blade_num, out);
 }
 
 int ipmi_location_get_pm_rebrand(const blade_location *location, char out[15])
@@ -88,5 +88,5 @@ int ipmi_location_get_pm_rebrand(const blade_location *location, char out[15])
 
 int ipmi_get_pm_rebrand(int blade_num, char out[15])
 {
-    return by_number(ipmi_location_get_pm_rebrand, blade_num, out);
+    return by_number<ipmi_location_get_pm_rebrand>(blade_num, out);
 }

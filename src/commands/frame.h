@@ -181,8 +181,8 @@ struct command {
 };
 
 // The short form of a command: the blade given by its number, which is its slot.
-template <typename Function, typename... Arguments>
-int by_number(Function location_form, int blade_num, Arguments... arguments)
+template <auto location_form, typename... Arguments>
+int by_number(int blade_num, Arguments... arguments)
 {
     const blade_location location = {static_cast<uint8_t>(blade_num), 0, {0, 0}};
     return location_form(&location, arguments...);

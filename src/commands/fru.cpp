@@ -26,7 +26,7 @@ int ipmi_location_get_fru_info(const blade_location *location, uint8_t fru_id, f
 
 int ipmi_get_fru_info(int blade_num, uint8_t fru_id, fru_area_info *out)
 {
-    return by_number(ipmi_location_get_fru_info, blade_num, fru_id, out);
+    return by_number<ipmi_location_get_fru_info>(blade_num, fru_id, out);
 }
 
 int ipmi_location_read_fru(const blade_location *location, uint8_t fru_id, uint16_t offset,
@@ -53,7 +53,7 @@ int ipmi_location_read_fru(const blade_location *location, uint8_t fru_id, uint1
 int ipmi_read_fru(int blade_num, uint8_t fru_id, uint16_t offset, uint8_t count, uint32_t capacity,
                   fru_read_request *out)
 {
-    return by_number(ipmi_location_read_fru, blade_num, fru_id, offset, count, capacity, out);
+    return by_number<ipmi_location_read_fru>(blade_num, fru_id, offset, count, capacity, out);
 }
 
 int ipmi_location_write_fru(const blade_location *location, uint8_t fru_id, uint16_t offset,
@@ -70,5 +70,5 @@ int ipmi_location_write_fru(const blade_location *location, uint8_t fru_id, uint
 int ipmi_write_fru(int blade_num, uint8_t fru_id, uint16_t offset, uint32_t length,
                    const uint8_t *data, uint8_t *out)
 {
-    return by_number(ipmi_location_write_fru, blade_num, fru_id, offset, length, data, out);
+    return by_number<ipmi_location_write_fru>(blade_num, fru_id, offset, length, data, out);
 }

@@ -22,7 +22,7 @@ int ipmi_location_set_lan_parameters(const blade_location *location, uint8_t par
 int ipmi_set_lan_parameters(int blade_num, uint8_t parameter, const uint8_t *data, uint32_t length,
                             uint8_t *out)
 {
-    return by_number(ipmi_location_set_lan_parameters, blade_num, parameter, data, length, out);
+    return by_number<ipmi_location_set_lan_parameters>(blade_num, parameter, data, length, out);
 }
 
 int ipmi_location_get_lan_parameters(const blade_location *location, uint8_t parameter,
@@ -39,5 +39,5 @@ int ipmi_location_get_lan_parameters(const blade_location *location, uint8_t par
 
 int ipmi_get_lan_parameters(int blade_num, uint8_t parameter, lan_parameter_data *out)
 {
-    return by_number(ipmi_location_get_lan_parameters, blade_num, parameter, out);
+    return by_number<ipmi_location_get_lan_parameters>(blade_num, parameter, out);
 }

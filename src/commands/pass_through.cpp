@@ -59,8 +59,8 @@ int ipmi_location_process_zat_chassis_info(const blade_location *location, uint8
 int ipmi_process_zat_chassis_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, int request_len,
                                   const void *request, uint8_t out[134])
 {
-    return by_number(ipmi_location_process_zat_chassis_info, blade_num, cmd, sub_cmd, request_len,
-                     request, out);
+    return by_number<ipmi_location_process_zat_chassis_info>(blade_num, cmd, sub_cmd, request_len,
+                                                             request, out);
 }
 
 int ipmi_process_zat_storage_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, int request_len,
@@ -74,5 +74,5 @@ int ipmi_process_zat_storage_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, i
                   name, blade_num, cmd, sub_cmd, given.option(), given.data_length());
         return IPMI_ERR_INVALID_PARAM;
     }
-    return by_number(pass_through, blade_num, cmd, sub_cmd, request_len, request, out, size_t{262});
+    return by_number<pass_through>(blade_num, cmd, sub_cmd, request_len, request, out, size_t{262});
 }

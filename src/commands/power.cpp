@@ -24,7 +24,7 @@ int ipmi_location_get_power_cycle_data(const blade_location *location, power_cyc
 
 int ipmi_get_power_cycle_data(int blade_num, power_cycle_data *out)
 {
-    return by_number(ipmi_location_get_power_cycle_data, blade_num, out);
+    return by_number<ipmi_location_get_power_cycle_data>(blade_num, out);
 }
 
 int ipmi_location_get_power_consumption_data(const blade_location *location, uint8_t p1, uint8_t p2,
@@ -139,7 +139,7 @@ int ipmi_location_set_efficiency(const blade_location *location, uint8_t first, 
 int ipmi_set_efficiency(int blade_num, uint8_t first, uint8_t second, float efficiency,
                         uint8_t *out)
 {
-    return by_number(ipmi_location_set_efficiency, blade_num, first, second, efficiency, out);
+    return by_number<ipmi_location_set_efficiency>(blade_num, first, second, efficiency, out);
 }
 
 int location_power_on_response(const blade_location *location, uint8_t result, uint8_t fail_reason,
@@ -172,7 +172,7 @@ int ipmi_location_cpu_throttling_control(const blade_location *location, uint8_t
 
 int ipmi_cpu_throttling_control(int blade_num, uint8_t control, uint8_t out[3])
 {
-    return by_number(ipmi_location_cpu_throttling_control, blade_num, control, out);
+    return by_number<ipmi_location_cpu_throttling_control>(blade_num, control, out);
 }
 
 int ipmi_location_mem_throttle(const blade_location *location, uint8_t control, uint8_t *out)
@@ -184,7 +184,7 @@ int ipmi_location_mem_throttle(const blade_location *location, uint8_t control, 
 
 int ipmi_mem_throttle(int blade_num, uint8_t control, uint8_t *out)
 {
-    return by_number(ipmi_location_mem_throttle, blade_num, control, out);
+    return by_number<ipmi_location_mem_throttle>(blade_num, control, out);
 }
 
 int ipmi_location_get_requested_fan_speed(const blade_location *location, uint8_t out[3])
@@ -196,7 +196,7 @@ int ipmi_location_get_requested_fan_speed(const blade_location *location, uint8_
 
 int ipmi_get_requested_fan_speed(int blade_num, uint8_t out[3])
 {
-    return by_number(ipmi_location_get_requested_fan_speed, blade_num, out);
+    return by_number<ipmi_location_get_requested_fan_speed>(blade_num, out);
 }
 
 int ipmi_location_chassis_fan_status(const blade_location *location, uint8_t status, uint16_t *out)
@@ -208,5 +208,5 @@ int ipmi_location_chassis_fan_status(const blade_location *location, uint8_t sta
 
 int ipmi_chassis_fan_status(int blade_num, uint8_t status, uint16_t *out)
 {
-    return by_number(ipmi_location_chassis_fan_status, blade_num, status, out);
+    return by_number<ipmi_location_chassis_fan_status>(blade_num, status, out);
 }

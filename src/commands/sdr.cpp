@@ -44,7 +44,7 @@ int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *o
 
 int ipmi_reserve_sdr(int blade_num, sdr_reservation *out)
 {
-    return by_number(ipmi_location_reserve_sdr, blade_num, out);
+    return by_number<ipmi_location_reserve_sdr>(blade_num, out);
 }
 
 int ipmi_location_get_sdr(const blade_location *location, uint16_t reservation_id,

@@ -34,7 +34,7 @@ int ipmi_location_set_sel_time(const blade_location *location, uint32_t time, ui
 
 int ipmi_set_sel_time(int blade_num, uint32_t time, uint8_t *out)
 {
-    return by_number(ipmi_location_set_sel_time, blade_num, time, out);
+    return by_number<ipmi_location_set_sel_time>(blade_num, time, out);
 }
 
 int ipmi_location_set_sel_time_offset(const blade_location *location, int offset, uint8_t *out)

@@ -42,7 +42,7 @@ int ipmi_location_process_power_thermal_mgmt(const blade_location *location,
 int ipmi_process_power_thermal_mgmt(int blade_num, const power_thermal_request *req,
                                     uint8_t resp[10])
 {
-    return by_number(ipmi_location_process_power_thermal_mgmt, blade_num, req, resp);
+    return by_number<ipmi_location_process_power_thermal_mgmt>(blade_num, req, resp);
 }
 
 // Physical location.
@@ -121,7 +121,7 @@ int ipmi_location_get_lcd_hide_status(const blade_location *location, uint8_t *s
 
 int ipmi_get_lcd_hide_status(int blade_num, uint8_t *status_a, uint8_t *status_b)
 {
-    return by_number(ipmi_location_get_lcd_hide_status, blade_num, status_a, status_b);
+    return by_number<ipmi_location_get_lcd_hide_status>(blade_num, status_a, status_b);
 }
 
 int ipmi_location_hide_lcd_messages(const blade_location *location)
@@ -131,7 +131,7 @@ int ipmi_location_hide_lcd_messages(const blade_location *location)
 
 int ipmi_hide_lcd_messages(int blade_num)
 {
-    return by_number(ipmi_location_hide_lcd_messages, blade_num);
+    return by_number<ipmi_location_hide_lcd_messages>(blade_num);
 }
 
 int ipmi_location_unhide_lcd_messages(const blade_location *location)
@@ -141,7 +141,7 @@ int ipmi_location_unhide_lcd_messages(const blade_location *location)
 
 int ipmi_unhide_lcd_messages(int blade_num)
 {
-    return by_number(ipmi_location_unhide_lcd_messages, blade_num);
+    return by_number<ipmi_location_unhide_lcd_messages>(blade_num);
 }
 
 // Link tuning.

@@ -129,7 +129,7 @@ int location_set_sys_info(const blade_location *location, uint8_t parameter, con
 int set_sys_info(int blade_num, uint8_t parameter, const uint8_t *value, uint32_t length,
                  uint8_t *out)
 {
-    return by_number(location_set_sys_info, blade_num, parameter, value, length, out);
+    return by_number<location_set_sys_info>(blade_num, parameter, value, length, out);
 }
 
 // Reading.
@@ -292,7 +292,7 @@ int location_get_sys_info(const blade_location *location, uint8_t parameter, sys
 
 int get_sys_info(int blade_num, uint8_t parameter, sys_info_value *out)
 {
-    return by_number(location_get_sys_info, blade_num, parameter, out);
+    return by_number<location_get_sys_info>(blade_num, parameter, out);
 }
 
 int location_get_sys_info_ex(const blade_location *location, sys_info_param *param)

@@ -21,7 +21,7 @@ int location_set_user_name(const blade_location *location, uint8_t user_id, cons
 
 int set_user_name(int blade_num, uint8_t user_id, const char *name, uint8_t *out)
 {
-    return by_number(location_set_user_name, blade_num, user_id, name, out);
+    return by_number<location_set_user_name>(blade_num, user_id, name, out);
 }
 
 int location_set_user_password(const blade_location *location, uint8_t user_id,
@@ -34,7 +34,7 @@ int location_set_user_password(const blade_location *location, uint8_t user_id,
 
 int set_user_password(int blade_num, uint8_t user_id, const char *password, uint8_t *out)
 {
-    return by_number(location_set_user_password, blade_num, user_id, password, out);
+    return by_number<location_set_user_password>(blade_num, user_id, password, out);
 }
 
 int location_enable_disable_user(const blade_location *location, uint8_t user_id, uint32_t enable,
@@ -47,7 +47,7 @@ int location_enable_disable_user(const blade_location *location, uint8_t user_id
 
 int enable_disable_user(int blade_num, uint8_t user_id, uint32_t enable, uint8_t *out)
 {
-    return by_number(location_enable_disable_user, blade_num, user_id, enable, out);
+    return by_number<location_enable_disable_user>(blade_num, user_id, enable, out);
 }
 
 int location_set_user_access(const blade_location *location, uint8_t user_id,
@@ -64,6 +64,6 @@ int location_set_user_access(const blade_location *location, uint8_t user_id,
 int set_user_access(int blade_num, uint8_t user_id, uint8_t privilege_limit, uint8_t session_limit,
                     uint8_t *out)
 {
-    return by_number(location_set_user_access, blade_num, user_id, privilege_limit, session_limit,
-                     out);
+    return by_number<location_set_user_access>(blade_num, user_id, privilege_limit, session_limit,
+                                               out);
 }
