@@ -96,8 +96,8 @@ int ipmi_location_set_timeout_error(const blade_location *location)
 
 int ipmi_location_set_dumplogs_status(const blade_location *location, uint8_t status)
 {
-    constexpr char name[] = "ipmi_location_set_dumplogs_status";
-    constexpr char file[] = "zatdumplogs.log.zip";
+    static constexpr char name[] = "ipmi_location_set_dumplogs_status";
+    static constexpr char file[] = "zatdumplogs.log.zip";
     constexpr size_t file_length = sizeof file - 1;
     if (!location) {
         const char *blade = ruk_blade_clt_to_str(nullptr);

@@ -20,7 +20,7 @@ constexpr led drive_led = {0x03, 500 & 0xFF, 0xFFFFFFFF}; // blades expect 500's
 // A refusal is only logged, under one name for both LEDs.
 int blink_led(const blade_location *location, uint32_t blink, const led &which)
 {
-    constexpr char name[] = "ipmi_blink_unblink_serverled";
+    static constexpr char name[] = "ipmi_blink_unblink_serverled";
     if (!location)
         return IPMI_ERR_INVALID_PARAM;
     if (location->slot_id == 0 && location->sub_slot_id == 0)
@@ -52,7 +52,7 @@ int ipmi_blink_unblink_sled_driveled(const blade_location *location, uint32_t bl
 
 int ipmi_set_node_power_button(const blade_location *location, uint32_t button_flags)
 {
-    constexpr char name[] = "ipmi_set_node_power_button";
+    static constexpr char name[] = "ipmi_set_node_power_button";
     if (!location) {
         slog_elog("%s: blade_location is NULL.\n", name);
         return IPMI_ERR_INVALID_PARAM;

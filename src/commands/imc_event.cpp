@@ -13,7 +13,7 @@ static_assert(sizeof(misc_imc_event) == 42 && offsetof(misc_imc_event, feature_b
 int location_blade_get_miscellaneous_imc_event(const blade_location *location,
                                                misc_imc_event *event)
 {
-    constexpr char name[] = "location_blade_get_miscellaneous_imc_event";
+    static constexpr char name[] = "location_blade_get_miscellaneous_imc_event";
     *event = {};
     if (!location) {
         slog_elog("IPMI Cmd IPMI_MISC_SUBCMD_IMCEVENT_BIT36 Invalid parameter to IPMI "

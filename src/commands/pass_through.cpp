@@ -66,7 +66,7 @@ int ipmi_process_zat_chassis_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, i
 int ipmi_process_zat_storage_info(int blade_num, uint8_t cmd, uint8_t sub_cmd, int request_len,
                                   const void *request, uint8_t out[262])
 {
-    constexpr char name[] = "ipmi_process_zat_storage_info";
+    static constexpr char name[] = "ipmi_process_zat_storage_info";
     if (!out) {
         const pass_through_block given(request);
         slog_elog("%s(): Invalid parameter to IPMI interface\n", name);

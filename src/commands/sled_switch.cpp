@@ -31,7 +31,7 @@ int tell_configuration_failure(const command &failed, const char *name)
 int ipmi_set_sled_switch_configuration(const blade_location *location,
                                        const sled_switch_config *cfg)
 {
-    constexpr char name[] = "ipmi_set_sled_switch_configuration";
+    static constexpr char name[] = "ipmi_set_sled_switch_configuration";
     if (!cfg || !location || cfg->len == 0) {
         slog_elog("%s: invalid param %p %p %hhu\n", name, static_cast<const void *>(cfg),
                   static_cast<const void *>(location), cfg ? cfg->len : uint8_t{255});
@@ -48,7 +48,7 @@ int ipmi_set_sled_switch_configuration(const blade_location *location,
 
 int ipmi_get_sled_switch_configuration(const blade_location *location, sled_switch_config *out)
 {
-    constexpr char name[] = "ipmi_get_sled_switch_configuration";
+    static constexpr char name[] = "ipmi_get_sled_switch_configuration";
     constexpr uint8_t data_truncated = 0xC6;
     if (!out || !location) {
         slog_elog("%s: invalid param %p %p\n", name, static_cast<void *>(out),
@@ -94,7 +94,7 @@ int ipmi_location_get_sled_switch_link_status(const blade_location *location, ui
 int ipmi_set_dynamic_mac_iom_map(const blade_location *location, uint8_t map_id, const uint8_t *map,
                                  uint32_t map_len)
 {
-    constexpr char name[] = "ipmi_set_dynamic_mac_iom_map";
+    static constexpr char name[] = "ipmi_set_dynamic_mac_iom_map";
     constexpr uint32_t longest_map = 128;
     if (!location || !map || map_len > longest_map) {
         slog_elog("%s: found invalid parameter\n", name);

@@ -245,7 +245,7 @@ struct system_info_read : command {
 // own text is not to be on the stack while a blade is asked.
 [[gnu::noinline]] void make_printable(sys_info_value *value, uint8_t encoding)
 {
-    constexpr char name[] = "location_get_sys_info";
+    static constexpr char name[] = "location_get_sys_info";
     constexpr uint32_t text_size = sizeof value->value;
     enum encodings : uint8_t { ascii = 0, utf_8 = 1, utf_16 = 2 };
     char text[text_size + 1] = {};
@@ -297,7 +297,7 @@ int get_sys_info(int blade_num, uint8_t parameter, sys_info_value *out)
 
 int location_get_sys_info_ex(const blade_location *location, sys_info_param *param)
 {
-    constexpr char name[] = "location_get_sys_info_ex";
+    static constexpr char name[] = "location_get_sys_info_ex";
     if (!location || !param) {
         slog_elog("%s: NULL parameter found.\n", name);
         return IPMI_ERR_INVALID_PARAM;

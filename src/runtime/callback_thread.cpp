@@ -80,7 +80,7 @@ imc_event_callback registered_for(uint32_t event)
 
 void deliver(const ipmi_interrupt &interrupt)
 {
-    constexpr char step[] = "call_event_callback_func";
+    static constexpr char step[] = "call_event_callback_func";
     if (!registered_callback()) {
         os_log(1, 4, "%s(): callback is NULL!\n", step);
         return;
