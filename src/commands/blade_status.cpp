@@ -109,7 +109,7 @@ int ipmi_location_login_access(const blade_location *location, const char *,
 {
     if (!location || !out)
         return invalid_param();
-    command ask(location, 0x3096, cut_to(second_text, 20), zeros{16});
+    command ask(location, 0x3096, text_field{second_text, 20}, zeros{16});
     const int result = ask.fetch(out, 6);
     if (!ask.refused()) // also when no answer came
         turn<uint32_t>(out + 1);

@@ -52,7 +52,7 @@ int ipmi_location_set_nfs_path(const blade_location *location, uint8_t selector,
         os_log(1, 4, "ipmi_location_set_nfs_path. Returning from else\n");
         return result;
     }
-    write_parameter set(location, parameter_group::notices, selector, cut_to(path, path_field));
+    write_parameter set(location, parameter_group::notices, selector, text_field{path, path_field});
     const int result = set.exchange();
     if (set.refused())
         os_log(1, 4, "ipmi_location_set_nfs_path: rc = %d, response->comp_code =%d \n", 0,
@@ -65,7 +65,7 @@ int ipmi_location_set_lt_nfs_path(const blade_location *location, const char *pa
 {
     if (!location || !path || !fits(path))
         return invalid_param();
-    write_parameter set(location, parameter_group::link_tuning, cut_to(path, path_field));
+    write_parameter set(location, parameter_group::link_tuning, text_field{path, path_field});
     return set.exchange();
 }
 

@@ -5,10 +5,9 @@
 namespace ruk
 {
 
-int invalid_param()
+void tell_invalid_param()
 {
     slog_elog("Invalid parameter to IPMI interface\n");
-    return IPMI_ERR_INVALID_PARAM;
 }
 
 int bad_length()
@@ -27,24 +26,27 @@ void bounded_copy(void *to, size_t room, const void *from, size_t length, const 
         memcpy(to, from, length);
 }
 
-uint32_t put(ipmi_request &request, uint32_t at, block field)
+uint32_t put_block(ipmi_request &request, uint32_t at, const void *bytes, size_t length)
 {
-    bounded_copy(request.data + at, sizeof request.data - at, field.bytes, field.length,
-                 "the request record");
-    return at + static_cast<uint32_t>(field.length);
+    bounded_copy(request.data + at, sizeof request.data - at, bytes, length, "the request record");
+    return at + static_cast<uint32_t>(length);
 }
 
-uint32_t put(ipmi_request &request, uint32_t at, padded field)
+uint32_t put_text(ipmi_request &request, uint32_t at, const char *text, uint32_t size)
 {
-    bounded_copy(request.data + at, field.field, field.text, field.length,
-                 "a field of the request");
-    return at + field.field;
+    memcpy(request.data + at, text, strnlen(text, size));
+    return at + size;
 }
 
 command::command(const blade_location *location, uint32_t netfn_cmd)
 {
     request.location = *location;
     request.netfn_cmd = netfn_cmd;
+}
+
+int command::exchange()
+{
+    return exchange(usual_wait, usual_capacity);
 }
 
 int command::exchange(uint32_t wait, uint32_t capacity)

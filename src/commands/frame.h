@@ -33,8 +33,15 @@ constexpr uint32_t usual_wait = 500;
 // Room for the answer that a command offers to the message service.
 constexpr uint32_t usual_capacity = 483;
 
-// Refuses a call whose arguments are not what the command needs.
-int invalid_param();
+// Refuses a call whose arguments are not what the command needs. Only its line in the log is
+// elsewhere: a command that ended in a call would have a second way out, with registers to restore.
+void tell_invalid_param();
+
+inline int invalid_param()
+{
+    tell_invalid_param();
+    return IPMI_ERR_INVALID_PARAM;
+}
 
 // Refuses an answer that is not as long as the command's must be.
 int bad_length();
@@ -63,17 +70,11 @@ struct zeros {
     uint32_t count;
 };
 
-// A text in a field of its own, with zeros behind it.
-struct padded {
+// A text in a field of its own: cut to it, or with zeros behind.
+struct text_field {
     const char *text;
-    size_t length;
-    uint32_t field;
+    uint32_t size;
 };
-
-inline padded cut_to(const char *text, uint32_t field)
-{
-    return {text, strnlen(text, field), field};
-}
 
 // Each stores a field `at` the payload's byte of that number, in a record that was cleared, and
 // returns where the next one goes. All is known while compiling but for fields of the caller's.
@@ -101,8 +102,18 @@ inline uint32_t put(ipmi_request &, uint32_t at, zeros field)
     return at + field.count;
 }
 
-uint32_t put(ipmi_request &request, uint32_t at, block field);
-uint32_t put(ipmi_request &request, uint32_t at, padded field);
+uint32_t put_block(ipmi_request &request, uint32_t at, const void *bytes, size_t length);
+uint32_t put_text(ipmi_request &request, uint32_t at, const char *text, uint32_t size);
+
+inline uint32_t put(ipmi_request &request, uint32_t at, block field)
+{
+    return put_block(request, at, field.bytes, field.length);
+}
+
+inline uint32_t put(ipmi_request &request, uint32_t at, text_field field)
+{
+    return put_text(request, at, field.text, field.size);
+}
 
 // Makes `fields` the payload from its byte `at` on.
 template <typename... Fields>
@@ -136,7 +147,8 @@ struct command {
 
     // Sends the request as it stands and waits for the answer. The result: transport status, else
     // completion code, else 0.
-    int exchange(uint32_t wait = usual_wait, uint32_t capacity = usual_capacity);
+    int exchange();
+    int exchange(uint32_t wait, uint32_t capacity);
 
     // The same, and hands over the answer's first bytes, from the completion code on, as they come
     // and whatever the result.

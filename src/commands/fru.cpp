@@ -36,7 +36,7 @@ int ipmi_location_read_fru(const blade_location *location, uint8_t fru_id, uint1
         return invalid_param();
     command read(location, 0x0A11, fru_id, le16{offset}, count);
     slog_dlog("fru id %x, fru_offset %x fru_count %d\n", fru_id, offset, count);
-    const int result = read.exchange(read_wait);
+    const int result = read.exchange(read_wait, usual_capacity);
 
     const uint8_t *answer = read.response.data;
     out->completion_code = answer[0];

@@ -11,7 +11,7 @@ namespace
 
 constexpr char lldp_name[] = "ipmi_location_set_lldp_connection_info";
 constexpr int chunk_size = 128; // bytes of the information in a request
-constexpr int length_size = 2;  // bytes of a value's own length
+constexpr int length_size = value_head;
 
 int send_part(write_parameter_part &part)
 {
@@ -39,9 +39,9 @@ int ipmi_location_set_lldp_connection_info(const blade_location *location, const
     if (info_len != 0) {
         const bool is_whole = info_len <= chunk_size;
         const auto length = static_cast<uint16_t>(is_whole ? length_size + info_len : info_len);
-        write_parameter_part part(
-            location, parameter_group::lldp_connection, le16{length},
-            block{info, static_cast<size_t>(std::min<int>(info_len, chunk_size))});
+        write_parameter_part part(location, parameter_group::lldp_connection);
+        part.carry(0, le16{length},
+                   block{info, static_cast<size_t>(std::min<int>(info_len, chunk_size))});
         result = send_part(part);
         for (int offset = length_size + chunk_size; offset < info_len; offset += chunk_size) {
             info += chunk_size;

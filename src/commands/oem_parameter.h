@@ -12,6 +12,9 @@
 
 #include "commands/frame.h"
 
+// Nothing here is exported, so calls need no indirection.
+#pragma GCC visibility push(hidden)
+
 namespace ruk
 {
 
@@ -33,22 +36,22 @@ enum class parameter_group : uint8_t {
 // Bytes of a request before the value's.
 constexpr uint32_t parameter_header = 6;
 
+// Bytes of a value's own length.
+constexpr uint32_t value_head = 2;
+
 // Writes `fields` as a part of a value, from its beginning or, later, from `offset` on.
 struct write_parameter_part : command {
-    template <typename... Fields>
-    write_parameter_part(const blade_location *location, parameter_group group, Fields... fields)
-        : command(location, oem_parameter, 0x00, static_cast<uint8_t>(group))
-    {
-        carry(0, fields...);
-    }
+    write_parameter_part(const blade_location *location, parameter_group group);
 
     template <typename... Fields>
     void carry(int offset, Fields... fields)
     {
         end_with(request, parameter_header, fields...);
-        store_le16(request.data + 2, value_bytes());
-        store_le16(request.data + 4, static_cast<uint16_t>(offset));
+        tell_part(offset);
     }
+
+    // Stores what the request tells of the part: how long it is, and where it begins.
+    void tell_part(int offset);
 
     uint16_t value_bytes() const
     {
@@ -60,23 +63,31 @@ struct write_parameter_part : command {
 struct write_parameter : write_parameter_part {
     template <typename... Fields>
     write_parameter(const blade_location *location, parameter_group group, Fields... fields)
-        : write_parameter_part(location, group, zeros{2}, fields...)
+        : write_parameter_part(location, group)
     {
-        store_le16(request.data + parameter_header, value_bytes());
+        end_with(request, parameter_header + value_head, fields...);
+        tell_whole();
     }
+
+    // The same of the value, and the length that it begins with.
+    void tell_whole();
 };
 
 // Asks for the first `count` bytes of a value; some groups take a selector behind.
 struct read_parameter : command {
+    read_parameter(const blade_location *location, parameter_group group, uint16_t count);
+
     template <typename... Fields>
     read_parameter(const blade_location *location, parameter_group group, uint16_t count,
-                   Fields... fields)
-        : command(location, oem_parameter, 0x01, static_cast<uint8_t>(group), le16{count}, le16{0},
-                  fields...)
+                   Fields... selector)
+        : read_parameter(location, group, count)
     {
+        end_with(request, parameter_header, selector...);
     }
 };
 
 } // namespace ruk
+
+#pragma GCC visibility pop
 
 #endif

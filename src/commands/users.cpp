@@ -16,7 +16,7 @@ int location_set_user_name(const blade_location *location, uint8_t user_id, cons
 {
     if (!location || !out)
         return invalid_param();
-    return command(location, 0x0645, user_id, cut_to(name, 16)).fetch(out);
+    return command(location, 0x0645, user_id, text_field{name, 16}).fetch(out);
 }
 
 int set_user_name(int blade_num, uint8_t user_id, const char *name, uint8_t *out)
@@ -29,7 +29,7 @@ int location_set_user_password(const blade_location *location, uint8_t user_id,
 {
     if (!location || !out)
         return invalid_param();
-    return command(location, 0x0647, user_id, set_password, cut_to(password, 20)).fetch(out);
+    return command(location, 0x0647, user_id, set_password, text_field{password, 20}).fetch(out);
 }
 
 int set_user_password(int blade_num, uint8_t user_id, const char *password, uint8_t *out)
