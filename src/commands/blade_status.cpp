@@ -1,6 +1,6 @@
 #include "ruk_ipmi/blade_status.h"
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -20,9 +20,7 @@ int ipmi_host_event_status(int blade_num, uint8_t out[6])
 
 int ipmi_location_get_vkvm_status(const blade_location *location, uint8_t out[7])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x308D).fetch(out, 7);
+    return short_command(location, 0x308D).fetch(out, 7);
 }
 
 int ipmi_get_vkvm_status(int blade_num, uint8_t out[7])
@@ -32,9 +30,7 @@ int ipmi_get_vkvm_status(int blade_num, uint8_t out[7])
 
 int ipmi_location_get_vmedia_status(const blade_location *location, uint8_t out[5])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x308E).fetch(out, 5);
+    return short_command(location, 0x308E).fetch(out, 5);
 }
 
 int ipmi_get_vmedia_status(int blade_num, uint8_t out[5])
@@ -44,16 +40,12 @@ int ipmi_get_vmedia_status(int blade_num, uint8_t out[5])
 
 int ipmi_location_get_imc_status(const blade_location *location, uint8_t out[7])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3090).fetch(out, 7);
+    return short_command(location, 0x3090).fetch(out, 7);
 }
 
 int ipmi_location_enter_firmware_update(const blade_location *location, uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0xB818).fetch(out); // network function 0x2E, shifted, on LUN 0
+    return short_command(location, 0xB818).fetch(out); // network function 0x2E, shifted, on LUN 0
 }
 
 int ipmi_enter_firmware_update(int blade_num, uint8_t *out)
@@ -80,9 +72,7 @@ int edid_information(int blade_num, uint8_t which, const uint8_t *block, uint32_
 
 int ipmi_location_read_staging(const blade_location *location, uint8_t which, uint8_t out[257])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3093, which).fetch(out, 257);
+    return short_command(location, 0x3093, which).fetch(out, 257);
 }
 
 int ipmi_read_staging(int blade_num, uint8_t which, uint8_t out[257])
@@ -93,9 +83,7 @@ int ipmi_read_staging(int blade_num, uint8_t which, uint8_t out[257])
 int ipmi_location_read_queue(const blade_location *location, uint8_t first, uint8_t second,
                              uint8_t out[257])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3094, first, second).fetch(out, 257);
+    return short_command(location, 0x3094, first, second).fetch(out, 257);
 }
 
 int ipmi_read_queue(int blade_num, uint8_t first, uint8_t second, uint8_t out[257])
@@ -132,9 +120,7 @@ int ipmi_location_test_alert(const blade_location *location, uint8_t which, cons
 
 int ipmi_location_identify_led_status(const blade_location *location, uint8_t out[2])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3032).fetch(out, 2);
+    return short_command(location, 0x3032).fetch(out, 2);
 }
 
 int ipmi_identify_led_status(int blade_num, uint8_t out[2])
@@ -144,9 +130,7 @@ int ipmi_identify_led_status(int blade_num, uint8_t out[2])
 
 int ipmi_location_get_last_post_code(const blade_location *location, uint8_t out[131])
 {
-    if (!out)
-        return invalid_param();
-    return command(location, 0x3099).fetch(out, 131);
+    return short_command(location, 0x3099).fetch_unchecked(out, 131);
 }
 
 int ipmi_get_last_post_code(int blade_num, uint8_t out[131])

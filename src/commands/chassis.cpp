@@ -1,6 +1,6 @@
 #include "ruk_ipmi/chassis.h"
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -9,9 +9,7 @@ static_assert(sizeof(boot_options_data) == 8);
 int ipmi_location_chassis_control_command(const blade_location *location, uint8_t control,
                                           uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x0002, control).fetch(out);
+    return short_command(location, 0x0002, control).fetch(out);
 }
 
 int ipmi_chassis_control_command(int blade_num, uint8_t control, uint8_t *out)
@@ -39,9 +37,7 @@ int ipmi_chassis_identify_command(int blade_num, uint8_t interval, uint8_t force
 int ipmi_location_get_boot_options(const blade_location *location, uint8_t parameter,
                                    uint8_t set_selector, uint8_t, boot_options_data *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x0009, parameter, set_selector, 0x00).fetch(out);
+    return short_command(location, 0x0009, parameter, set_selector, 0x00).fetch(out);
 }
 
 int ipmi_location_set_boot_options(const blade_location *location, uint8_t parameter,
@@ -54,7 +50,5 @@ int ipmi_location_set_boot_options(const blade_location *location, uint8_t param
 
 int ipmi_location_reset_to_defaults(const blade_location *location, uint8_t which, uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3021, which).fetch(out);
+    return short_command(location, 0x3021, which).fetch(out);
 }

@@ -1,14 +1,12 @@
 #include "ruk_ipmi/features.h"
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
 int ipmi_location_get_feature_info(const blade_location *location, uint8_t out[7])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x30BD).fetch(out, 7);
+    return short_command(location, 0x30BD).fetch(out, 7);
 }
 
 int ipmi_get_feature_info(int blade_num, uint8_t out[7])
@@ -31,9 +29,7 @@ int ipmi_send_bexal_quon(int blade_num, const uint8_t value[6], uint8_t *out)
 
 int ipmi_location_get_cpld_version(const blade_location *location, uint8_t out[6])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3033).fetch(out, 6);
+    return short_command(location, 0x3033).fetch(out, 6);
 }
 
 int ipmi_location_send_zat_feature(const blade_location *location, const uint8_t block[8],
@@ -46,9 +42,7 @@ int ipmi_location_send_zat_feature(const blade_location *location, const uint8_t
 
 int ipmi_location_get_auto_discovery_status(const blade_location *location, uint8_t out[10])
 {
-    if (!out)
-        return invalid_param();
-    return command(location, 0x30A3, 0x12).fetch(out, 10);
+    return short_command(location, 0x30A3, 0x12).fetch_unchecked(out, 10);
 }
 
 int ipmi_get_auto_discovery_status(int blade_num, uint8_t out[10])

@@ -13,7 +13,8 @@
 //
 // The request reads like the command's definition: a plain number is one byte (its low 8 bits),
 // anything wider says how it travels. Most commands hand over the answer whatever the result; one
-// that does not uses `exchange`, and copies where it has looked at the result.
+// that does not uses `exchange`, and copies where it has looked at the result. A command whose
+// payload is short says all this in one line: `short_command.h`.
 #ifndef RUK_COMMANDS_FRAME_H
 #define RUK_COMMANDS_FRAME_H
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 #include "platform/platform_info.h"
 
 using namespace ruk;
@@ -17,9 +17,7 @@ static_assert(sizeof(power_consumption_data) == 25 &&
 
 int ipmi_location_get_power_cycle_data(const blade_location *location, power_cycle_data *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x309B).fetch(out);
+    return short_command(location, 0x309B).fetch(out);
 }
 
 int ipmi_get_power_cycle_data(int blade_num, power_cycle_data *out)
@@ -49,9 +47,7 @@ int ipmi_location_get_power_consumption_data(const blade_location *location, uin
 int ipmi_location_reset_power_consumption_data(const blade_location *location, uint8_t p1,
                                                uint8_t p2, uint8_t p3, uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x309D, p1, p2, p3).fetch(out);
+    return short_command(location, 0x309D, p1, p2, p3).fetch(out);
 }
 
 namespace
@@ -165,9 +161,7 @@ int location_power_on_response(const blade_location *location, uint8_t result, u
 int ipmi_location_cpu_throttling_control(const blade_location *location, uint8_t control,
                                          uint8_t out[3])
 {
-    if (!out)
-        return invalid_param();
-    return command(location, 0x308B, control, zeros{2}).fetch(out, 3);
+    return short_command(location, 0x308B, control, 0x00, 0x00).fetch_unchecked(out, 3);
 }
 
 int ipmi_cpu_throttling_control(int blade_num, uint8_t control, uint8_t out[3])
@@ -177,9 +171,7 @@ int ipmi_cpu_throttling_control(int blade_num, uint8_t control, uint8_t out[3])
 
 int ipmi_location_mem_throttle(const blade_location *location, uint8_t control, uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x309A, control, zeros{2}).fetch(out);
+    return short_command(location, 0x309A, control, 0x00, 0x00).fetch(out);
 }
 
 int ipmi_mem_throttle(int blade_num, uint8_t control, uint8_t *out)
@@ -189,9 +181,7 @@ int ipmi_mem_throttle(int blade_num, uint8_t control, uint8_t *out)
 
 int ipmi_location_get_requested_fan_speed(const blade_location *location, uint8_t out[3])
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x308C).fetch(out, 3);
+    return short_command(location, 0x308C).fetch(out, 3);
 }
 
 int ipmi_get_requested_fan_speed(int blade_num, uint8_t out[3])
@@ -201,9 +191,7 @@ int ipmi_get_requested_fan_speed(int blade_num, uint8_t out[3])
 
 int ipmi_location_chassis_fan_status(const blade_location *location, uint8_t status, uint16_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    return command(location, 0x3095, status, zeros{2}).fetch(out);
+    return short_command(location, 0x3095, status, 0x00, 0x00).fetch(out);
 }
 
 int ipmi_chassis_fan_status(int blade_num, uint8_t status, uint16_t *out)

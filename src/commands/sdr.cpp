@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -18,10 +18,7 @@ static_assert(sizeof(sdr_record) == 258 && offsetof(sdr_record, next_record_id) 
 
 int ipmi_location_get_sdr_info(const blade_location *location, sdr_repository_info *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    command get_info(location, 0x0A20);
-    const int result = get_info.fetch(out);
+    const int result = short_command(location, 0x0A20).fetch(out);
     if (result == 0) { // here the time stamps are converted too, unlike those of the SEL
         out->records = from_wire(out->records);
         out->free_space = from_wire(out->free_space);
@@ -33,10 +30,7 @@ int ipmi_location_get_sdr_info(const blade_location *location, sdr_repository_in
 
 int ipmi_location_reserve_sdr(const blade_location *location, sdr_reservation *out)
 {
-    if (!out)
-        return invalid_param();
-    command reserve(location, 0x0A22);
-    const int result = reserve.fetch(out);
+    const int result = short_command(location, 0x0A22).fetch_unchecked(out, sizeof *out);
     if (result == 0)
         out->reservation_id = from_wire(out->reservation_id);
     return result;
@@ -50,10 +44,8 @@ int ipmi_reserve_sdr(int blade_num, sdr_reservation *out)
 int ipmi_location_get_sdr(const blade_location *location, uint16_t reservation_id,
                           uint16_t record_id, sdr_record *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    command get_record(location, 0x0A23, le16{reservation_id}, le16{record_id}, 0x00, 0xFF);
-    const int result = get_record.fetch(out);
+    const short_command get(location, 0x0A23, le16{reservation_id}, le16{record_id}, 0x00, 0xFF);
+    const int result = get.fetch(out);
     if (result == 0)
         out->next_record_id = from_wire(out->next_record_id);
     return result;

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 #include "platform/message_service.h"
 
 using namespace ruk;
@@ -57,10 +57,7 @@ int ipmi_location_set_sel_time_offset(const blade_location *location, int offset
 
 int ipmi_location_reserve_sel(const blade_location *location, sel_reservation *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    command reserve(location, 0x0A42);
-    const int result = reserve.fetch(out);
+    const int result = short_command(location, 0x0A42).fetch(out);
     if (result == 0)
         out->reservation_id = from_wire(out->reservation_id);
     return result;
@@ -68,10 +65,7 @@ int ipmi_location_reserve_sel(const blade_location *location, sel_reservation *o
 
 int ipmi_location_get_sel_info(const blade_location *location, sel_info *out)
 {
-    if (!location || !out)
-        return invalid_param();
-    command get_info(location, 0x0A40);
-    const int result = get_info.fetch(out);
+    const int result = short_command(location, 0x0A40).fetch(out);
     if (result == 0) { // the two time stamps stay as received
         out->entries = from_wire(out->entries);
         out->free_space = from_wire(out->free_space);
@@ -93,8 +87,7 @@ int ipmi_location_get_sel_entry(const blade_location *location, uint16_t record_
 int ipmi_location_clear_sel(const blade_location *location, uint16_t reservation_id, uint8_t action,
                             sel_clear_status *out)
 {
-    if (!location || !out || (action != SEL_CLEAR_INITIATE && action != SEL_CLEAR_GET_STATUS))
+    if (action != SEL_CLEAR_INITIATE && action != SEL_CLEAR_GET_STATUS)
         return invalid_param();
-    command clear(location, 0x0A47, le16{reservation_id}, 'C', 'L', 'R', action);
-    return clear.fetch(out);
+    return short_command(location, 0x0A47, le16{reservation_id}, 'C', 'L', 'R', action).fetch(out);
 }

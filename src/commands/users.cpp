@@ -1,6 +1,6 @@
 #include "ruk_ipmi/users.h"
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -40,9 +40,10 @@ int set_user_password(int blade_num, uint8_t user_id, const char *password, uint
 int location_enable_disable_user(const blade_location *location, uint8_t user_id, uint32_t enable,
                                  uint8_t *out)
 {
-    if (!location || !out || enable > enable_user)
+    if (enable > enable_user)
         return invalid_param();
-    return command(location, 0x0647, user_id, enable == 0 ? disable_user : enable_user).fetch(out);
+    return short_command(location, 0x0647, user_id, enable == 0 ? disable_user : enable_user)
+        .fetch(out);
 }
 
 int enable_disable_user(int blade_num, uint8_t user_id, uint32_t enable, uint8_t *out)
@@ -53,11 +54,9 @@ int enable_disable_user(int blade_num, uint8_t user_id, uint32_t enable, uint8_t
 int location_set_user_access(const blade_location *location, uint8_t user_id,
                              uint8_t privilege_limit, uint8_t session_limit, uint8_t *out)
 {
-    if (!location || !out)
-        return invalid_param();
     constexpr uint8_t channel_1_access_unchanged = 0x01;
-    return command(location, 0x0643, channel_1_access_unchanged, user_id, privilege_limit,
-                   session_limit)
+    return short_command(location, 0x0643, channel_1_access_unchanged, user_id, privilege_limit,
+                         session_limit)
         .fetch(out);
 }
 

@@ -1,6 +1,6 @@
 // The parts of which the commands' frame is made.
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 #include <csignal>
 
@@ -22,6 +22,17 @@ TEST_F(frame, appends_payload_fields_as_they_travel)
                                ruk::block{text, sizeof text}, 0x1FF);
     EXPECT_EQ(bytes_at(command.request.data, command.request.data_len),
               (bytes{0x12, 0x56, 0x34, 0xDE, 0xBC, 0x9A, 0x78, 'a', 'b', 'c', 0xFF}));
+}
+
+TEST_F(frame, packs_a_short_payload_of_eight_bytes_in_the_same_order)
+{
+    const blade_location at = blade(5);
+    uint8_t out = 0xEE;
+    platform.expects(at, 0x30D0, {0x12, 0x56, 0x34, 0xDE, 0xBC, 0x9A, 0x78, 0xFF}).answers({0x00});
+    const ruk::short_command command(&at, 0x30D0, 0x12, ruk::le16{0x3456}, ruk::le32{0x789ABCDE},
+                                     0x1FF);
+    EXPECT_EQ(command.fetch(&out), 0);
+    EXPECT_EQ(out, 0x00);
 }
 
 TEST_F(frame, tells_a_refusal_from_a_failure)
