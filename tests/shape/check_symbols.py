@@ -17,14 +17,6 @@ from declarations import declared_names
 # The system's libc and, where an architecture names it, the loader.
 ALLOWED_LIBRARIES = re.compile(r"libc\.so\.\d+|ld(64)?(-linux[\w-]*)?\.so\.\d+")
 
-# Undefined and weak by the compiler's own start files.
-START_FILE_SYMBOLS = {
-    "__cxa_finalize",
-    "__gmon_start__",
-    "_ITM_deregisterTMCloneTable",
-    "_ITM_registerTMCloneTable",
-}
-
 # What the linker itself provides.
 LINKER_SYMBOLS = {"_GLOBAL_OFFSET_TABLE_"}
 
@@ -56,7 +48,7 @@ def check_shared(args, public, platform, complaints):
     symbols = dynamic_symbols(args)
     compare(public, {name for name, defined, _ in symbols if defined}, complaints)
     for name, defined, version in symbols:
-        if defined or name in platform or name in START_FILE_SYMBOLS:
+        if defined or name in platform:
             continue
         if not version.startswith("GLIBC_"):
             complaints.append(f"undefined and not of the platform or libc: {name}@{version}")
