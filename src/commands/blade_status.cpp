@@ -8,7 +8,7 @@ int ipmi_location_host_event_status(const blade_location *location, uint8_t out[
 {
     if (!location || !out)
         return invalid_param();
-    const int result = command(location, 0x3051).fetch(out, 6);
+    const int result = short_command(location, 0x3051).fetch(out, 6);
     turn<uint16_t>(out + 1); // whatever the result
     return result;
 }

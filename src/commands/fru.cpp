@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "commands/frame.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -18,8 +18,7 @@ int ipmi_location_get_fru_info(const blade_location *location, uint8_t fru_id, f
 {
     if (!location || !out)
         return invalid_param();
-    command get_info(location, 0x0A10, fru_id);
-    const int result = get_info.fetch(out);
+    const int result = short_command(location, 0x0A10, fru_id).fetch(out);
     out->size = from_wire(out->size); // whatever the result, unlike the SEL's and SDR's fields
     return result;
 }

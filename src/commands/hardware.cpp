@@ -1,6 +1,7 @@
 #include "ruk_ipmi/hardware.h"
 
 #include "commands/oem_parameter.h"
+#include "commands/short_command.h"
 
 using namespace ruk;
 
@@ -83,9 +84,8 @@ int ipmi_bexal_post_code(const blade_location *location, const uint8_t request[4
 {
     if (!request || !post || !location)
         return invalid_param();
-    command ask(location, 0x30D4, block{request, 4});
-    const int result = ask.exchange();
-    memcpy(post, ask.response.data, 17);
+    const short_command ask(location, 0x30D4, request[0], request[1], request[2], request[3]);
+    const int result = ask.fetch(post, 17);
     turn<uint32_t>(post + 1);
     return result;
 }
