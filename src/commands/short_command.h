@@ -70,7 +70,8 @@ struct short_command {
         : location(blade),
           netfn_cmd(which)
     {
-        static_assert((0 + ... + size_of(Fields{})) <= sizeof payload);
+        constexpr uint32_t room = sizeof payload;
+        static_assert((0 + ... + size_of(Fields{})) <= room);
         ((payload |= number_of(fields) << 8 * length, length += size_of(fields)), ...);
     }
 
