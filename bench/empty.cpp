@@ -1,1 +1,1 @@
-// A library of nothing: what the linker and the C runtime put into any.
+// A library of nothing: what the linker puts into any.
