@@ -43,6 +43,7 @@ class power_meter
         maximum_ = std::max(maximum_, present_);
     }
 
+    // As it was sampled last, as is the record.
     uint32_t present() const { return present_; }
     uint32_t minimum() const { return minimum_; }
     uint32_t maximum() const { return maximum_; }
@@ -109,18 +110,36 @@ void sample(power_meter &meter)
     meter.sample();
 }
 
+command_table metered(const std::shared_ptr<power_meter> &meter, command_table commands)
+{
+    for (command &each : commands)
+        each.handle = [meter, handle = std::move(each.handle)](const bytes &request) {
+            bytes answer = handle(request);
+            sample(*meter);
+            return answer;
+        };
+    return commands;
+}
+
 command_table consumption_commands(const std::shared_ptr<power_meter> &meter,
                                    std::shared_ptr<const budget_state> budget,
                                    std::shared_ptr<const power_state> power)
 {
     return {
         {netfn_manager, 0x8F, 0,
-         [=](const bytes &) { return present_power(*meter, *budget, *power); }},
+         [=](const bytes &) {
+             sample(*meter);
+             return present_power(*meter, *budget, *power);
+         }},
         {netfn_manager, 0x9B, 0,
          [power](const bytes &) {
              return success(static_cast<int>(std::min<uint32_t>(power->times_turned_on, 0xFF)));
          }},
-        {netfn_manager, 0x9C, 2, [=](const bytes &) { return meter->record(*budget); }},
+        {netfn_manager, 0x9C, 2,
+         [=](const bytes &) {
+             sample(*meter);
+             return meter->record(*budget);
+         }},
         {netfn_manager, 0x9D, 3,
          [meter](const bytes &) {
              meter->reset();

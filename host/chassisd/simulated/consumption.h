@@ -12,8 +12,12 @@ class power_meter;
 std::shared_ptr<power_meter> make_power_meter(const environment &env,
                                               std::shared_ptr<const sensor_set> sensors);
 
-// Looks at the power now. In between the meter takes it to have been what it was last.
+// Looks at the power now: whenever somebody asks for it, and once it may have changed. In between
+// the meter takes it to have been what it was last.
 void sample(power_meter &meter);
+
+// Commands that may change what the blade draws, with the meter looking on.
+command_table metered(const std::shared_ptr<power_meter> &meter, command_table commands);
 
 command_table consumption_commands(const std::shared_ptr<power_meter> &meter,
                                    std::shared_ptr<const budget_state> budget,

@@ -63,13 +63,13 @@ controller_parts all_parts(environment env)
     const std::shared_ptr<user_list> users = make_users();
     const std::vector<command_table> families = {
         app_commands(env),
-        power_commands(env, controlled, identify),
+        metered(meter, power_commands(env, controlled, identify)),
         identify_commands(env, identify),
         boot_options_commands(boot),
         lan_commands(lan),
         user_commands(users),
         defaults_commands(boot, lan, users),
-        sensor_commands(sensors),
+        metered(meter, sensor_commands(sensors)),
         budget_commands(budget, sensors, power),
         consumption_commands(meter, budget, power),
         sel_commands(log),
@@ -104,9 +104,7 @@ class controller final : public blade
     answer execute(const request &request) override
     {
         catch_up_with_time();
-        answer given{0, dispatch(request)};
-        sample(*meter_);
-        return given;
+        return {0, dispatch(request)};
     }
 
     bool answers_at_once() const override { return true; }
@@ -136,8 +134,8 @@ class controller final : public blade
 
     void catch_up_with_time()
     {
-        catch_up(*power_);
-        sample(*meter_);
+        if (catch_up(*power_))
+            sample(*meter_);
     }
 
     bytes dispatch(const request &request) const

@@ -93,15 +93,16 @@ class power_switch
 
     // Power that is on is to go off, by a shutdown, and power that is off to come back on, by a
     // cycle.
-    void catch_up()
+    bool catch_up()
     {
         if (!due_ || now_() < *due_)
-            return;
+            return false;
         const time_point when = *std::exchange(due_, std::nullopt);
         if (power_->on)
             turn_off();
         else
             turn_on(when);
+        return true;
     }
 
     std::optional<time_point> next_change() const { return due_; }
@@ -150,9 +151,9 @@ std::shared_ptr<power_switch> make_power_switch(const environment &env,
     return std::make_shared<power_switch>(env.now, std::move(power), std::move(log));
 }
 
-void catch_up(power_switch &controlled)
+bool catch_up(power_switch &controlled)
 {
-    controlled.catch_up();
+    return controlled.catch_up();
 }
 
 std::optional<time_point> next_change(const power_switch &controlled)

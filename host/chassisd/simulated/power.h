@@ -28,8 +28,8 @@ std::shared_ptr<power_switch> make_power_switch(const environment &env,
                                                 std::shared_ptr<power_state> power,
                                                 std::shared_ptr<event_log> log);
 
-// Does what was asked for earlier and is due now.
-void catch_up(power_switch &controlled);
+// Does what was asked for earlier and is due now; whether there was any such thing.
+bool catch_up(power_switch &controlled);
 
 // When the next such thing is due.
 std::optional<time_point> next_change(const power_switch &controlled);

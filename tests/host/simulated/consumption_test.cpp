@@ -55,6 +55,17 @@ TEST(simulated_power_meter, loses_nothing_of_the_time_between_requests_that_come
     EXPECT_EQ(long_at(13, blade.record()), 200u) << "average";
 }
 
+TEST(simulated_power_meter, counts_what_was_drawn_until_the_power_went_off)
+{
+    metered_blade blade;
+    const uint32_t running = long_at(1, blade.record());
+    blade.reset_record();
+    blade.let_pass(10min);
+    blade.power(down);
+    blade.let_pass(10min);
+    EXPECT_EQ(long_at(13, blade.record()), (running + 24) / 2) << "average";
+}
+
 TEST(simulated_power_meter, begins_anew_when_it_is_reset)
 {
     metered_blade blade;
