@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "chassisd/blade.h"
 #include "commands/wire.h"
@@ -29,59 +30,100 @@ struct le32 {
 // Text of 8-bit characters behind the byte that tells its type and length.
 struct text {
     std::string characters;
+
+    // The length has six bits, and one character alone would look like the end of a list of fields
+    // (0xC1).
+    explicit text(std::string all) : characters(std::move(all))
+    {
+        characters.resize(std::min<size_t>(characters.size(), 0x3F));
+        if (characters.size() == 1)
+            characters += ' ';
+    }
 };
 
-inline void append(bytes &to, int byte)
+// How many bytes each field takes.
+
+inline size_t size_of(int)
 {
-    to.push_back(static_cast<uint8_t>(byte));
+    return 1;
 }
 
-// Makes a record longer, and returns where the new bytes are.
-inline uint8_t *lengthen(bytes &record, size_t count)
+inline size_t size_of(le16)
 {
-    record.resize(record.size() + count);
-    return record.data() + record.size() - count;
+    return 2;
 }
 
-inline void append(bytes &to, le16 field)
+inline size_t size_of(le24)
 {
-    ruk::store_le16(lengthen(to, 2), field.value);
+    return 3;
 }
 
-inline void append(bytes &to, le24 field)
+inline size_t size_of(le32)
 {
-    append(to, le16(field.value));
-    append(to, static_cast<int>(field.value >> 16));
+    return 4;
 }
 
-inline void append(bytes &to, le32 field)
+inline size_t size_of(const bytes &block)
 {
-    ruk::store_le32(lengthen(to, 4), field.value);
+    return block.size();
 }
 
-inline void append(bytes &to, const bytes &block)
+inline size_t size_of(const text &field)
 {
-    to.insert(to.end(), block.begin(), block.end());
+    return 1 + field.characters.size();
 }
 
-inline void append(bytes &to, text field)
+// Each stores a field, and returns where the next one goes.
+
+inline uint8_t *put(uint8_t *at, int byte)
 {
-    // The length has six bits, and one character alone would look like the end of a list of
-    // fields (0xC1).
-    field.characters.resize(std::min<size_t>(field.characters.size(), 0x3F));
-    if (field.characters.size() == 1)
-        field.characters += ' ';
-    append(to, static_cast<int>(0xC0 | field.characters.size()));
-    to.insert(to.end(), field.characters.begin(), field.characters.end());
+    *at = static_cast<uint8_t>(byte);
+    return at + 1;
+}
+
+inline uint8_t *put(uint8_t *at, le16 field)
+{
+    ruk::store_le16(at, field.value);
+    return at + 2;
+}
+
+inline uint8_t *put(uint8_t *at, le24 field)
+{
+    return put(put(at, le16(field.value)), static_cast<int>(field.value >> 16));
+}
+
+inline uint8_t *put(uint8_t *at, le32 field)
+{
+    ruk::store_le32(at, field.value);
+    return at + 4;
+}
+
+inline uint8_t *put(uint8_t *at, const bytes &block)
+{
+    return std::copy(block.begin(), block.end(), at);
+}
+
+inline uint8_t *put(uint8_t *at, const text &field)
+{
+    const std::string &characters = field.characters;
+    return std::copy(characters.begin(), characters.end(),
+                     put(at, static_cast<int>(0xC0 | characters.size())));
+}
+
+template <typename Field>
+void append(bytes &to, const Field &field)
+{
+    const size_t before = to.size();
+    to.resize(before + size_of(field));
+    put(to.data() + before, field);
 }
 
 template <typename... Fields>
 bytes record_of(const Fields &...fields)
 {
-    constexpr size_t usual_room = 32; // at once, not doubled on the way
-    bytes record;
-    record.reserve(usual_room);
-    (append(record, fields), ...);
+    bytes record((size_of(fields) + ...));
+    uint8_t *at = record.data();
+    ((at = put(at, fields)), ...);
     return record;
 }
 

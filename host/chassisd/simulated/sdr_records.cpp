@@ -25,7 +25,7 @@ struct body {
 // ID strings have at most 16 characters.
 text id_string(const std::string &name)
 {
-    return {name.substr(0, 16)};
+    return text{name.substr(0, 16)};
 }
 
 bytes with_header(uint16_t id, const body &record)
