@@ -118,7 +118,7 @@ void broker::run(int control_fd, const std::function<bool()> &go_on)
                 accept_clients();
                 continue;
             }
-            const std::shared_ptr<client> from = clients_.at(fd);
+            const std::shared_ptr<client> &from = clients_.at(fd);
             serve(from);
             if (from->gone()) {
                 epoll_ctl(epoll_, EPOLL_CTL_DEL, fd, nullptr);

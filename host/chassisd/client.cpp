@@ -45,11 +45,12 @@ void client::send(const request_frame &asked, const answer &given)
 {
     if (given.status != 0)
         return send(asked, given.status);
-    answer_frame frame{};
+    answer_frame frame; // sent as far as it is filled
     if (given.data.size() > sizeof frame.record.data)
         return send(asked, RUK_MSG_ANSWER_TOO_LONG);
     frame.header = asked.header;
     frame.record.msg_type = asked.record.msg_type;
+    frame.record.reserved_04 = 0;
     frame.record.location = asked.record.location;
     frame.record.reserved_0c = asked.record.reserved_0c;
     frame.record.netfn_cmd = asked.record.netfn_cmd;
@@ -61,7 +62,7 @@ void client::send(const request_frame &asked, const answer &given)
 
 void client::send(const request_frame &asked, uint32_t status)
 {
-    answer_frame frame{};
+    answer_frame frame;
     frame.header = asked.header;
     frame.header.status = status;
     send(frame, 0);
