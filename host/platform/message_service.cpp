@@ -1,7 +1,7 @@
 // The message service's client side: SEQPACKET connections to the daemon of the runtime directory.
 //
-// Each outstanding message has a connection to itself, taken from a pool of idle ones and given
-// back when the answer has come. So answers never have to be told apart, threads never wait for
+// Each outstanding message has a connection to itself, which stays in the message's place for the
+// next one when the answer has come. So answers never have to be told apart, threads never wait for
 // each other, and an exchange costs two system calls. A message whose sender has lost interest
 // takes its connection with it: a late answer finds nobody to read it.
 
@@ -16,6 +16,7 @@
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <unistd.h>
+#include <utility>
 
 #include "platform/directory.h"
 #include "platform/os.h"
@@ -31,7 +32,7 @@ using namespace ruk::host;
 constexpr auto tick_ms = static_cast<uint64_t>(tick.count());
 constexpr uint64_t no_limit = ~uint64_t{0};
 constexpr uint32_t most_outstanding = 256;
-constexpr uint32_t most_idle = 64;
+constexpr uint32_t most_idle = 64; // connections that are kept
 
 // The library asks for what it still waits for at every tick; an asynchronous command that it has
 // given up it just asks for no more.
@@ -42,23 +43,25 @@ struct connection {
     uint64_t wait_ms = no_limit; // the receive time-out that is set on the socket
 };
 
+// A place for a message, and for the connection that it goes over.
 struct message {
-    uint32_t index = 0; // 0: free
-    connection link;
+    // Under the lock.
+    uint32_t index = 0;  // 0: free
     uint64_t thread = 0; // who sent it, and under which of its attachments
     uint32_t depth = 0;
     uint64_t asked_ms = 0;  // when it was sent, or last asked for
-    bool receiving = false; // a thread is waiting on the connection
     bool abandoned = false; // nobody will ask again
+
+    // The index while it may be asked for. Whoever takes that away has the connection to himself.
+    std::atomic<uint32_t> waiting{0};
+    connection link;
 };
 
-// The process's messages and idle connections.
+// The process's messages.
 struct service {
     std::mutex mutex;
     message messages[most_outstanding];
     uint32_t generation = 0;
-    connection idle[most_idle];
-    uint32_t idle_count = 0;
 };
 
 service here;
@@ -81,17 +84,20 @@ uint64_t thread_number()
     return mine.thread;
 }
 
+void disconnect(connection &link)
+{
+    const int fd = std::exchange(link, connection{}).fd;
+    if (fd >= 0)
+        close(fd);
+}
+
 // A child shares no connection with its parent: the answers are the parent's.
 void start_afresh()
 {
     for (message &each : here.messages) {
-        if (each.index != 0)
-            close(each.link.fd);
-        each = message{};
+        each.index = each.waiting = 0;
+        disconnect(each.link);
     }
-    for (uint32_t i = 0; i < here.idle_count; ++i)
-        close(here.idle[i].fd);
-    here.idle_count = 0;
     mine.unanswered = 0;
     here.mutex.unlock();
 }
@@ -109,7 +115,6 @@ uint64_t now_ms()
 
 uint32_t connect_service(connection &link)
 {
-    link.wait_ms = no_limit;
     link.fd = socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0);
     if (link.fd < 0)
         return RUK_MSG_TOO_MANY;
@@ -120,8 +125,6 @@ uint32_t connect_service(connection &link)
     while (connect(link.fd, address.get(), address.size()) != 0) {
         if (errno == EINTR)
             continue;
-        close(link.fd);
-        link.fd = -1;
         return RUK_MSG_NO_SERVICE;
     }
     return 0;
@@ -136,41 +139,35 @@ bool send_frame(const connection &link, const request_frame &frame, size_t size)
     return sent >= 0;
 }
 
-// Called under the lock.
-connection take_idle()
+// Sends on the connection that is there, or on a new one when it works no more: the daemon may have
+// been restarted since.
+uint32_t send_or_reconnect(connection &link, const request_frame &frame, size_t size)
 {
-    return here.idle_count == 0 ? connection{} : here.idle[--here.idle_count];
-}
-
-// Sends on the idle connection that it is given, on another one, or on a new one when there is none
-// that still works: the daemon may have been restarted since.
-uint32_t send_on_some_connection(connection &link, const request_frame &frame, size_t size)
-{
-    while (link.fd >= 0) {
-        if (send_frame(link, frame, size))
-            return 0;
-        close(link.fd);
-        const std::lock_guard lock(here.mutex);
-        link = take_idle();
-    }
+    if (link.fd >= 0 && send_frame(link, frame, size))
+        return 0;
+    disconnect(link);
     const uint32_t rc = connect_service(link);
     if (rc != 0)
         return rc;
-    if (send_frame(link, frame, size))
-        return 0;
-    close(link.fd);
-    link = connection{};
-    return RUK_MSG_SERVICE_GONE;
+    return send_frame(link, frame, size) ? 0 : RUK_MSG_SERVICE_GONE;
+}
+
+// The message of that index, if it is outstanding, for this thread alone.
+message *take(uint32_t index)
+{
+    message &candidate = here.messages[index % most_outstanding];
+    return index != 0 && candidate.waiting.compare_exchange_strong(index, 0) ? &candidate : nullptr;
 }
 
 // Makes a message that is nobody else's business until it is sent.
 message *begin_message(message &at)
 {
     here.generation = here.generation % 0xFFFFFF + 1;
-    at = message{};
     at.index = here.generation << 8 | static_cast<uint32_t>(&at - here.messages);
-    at.link = take_idle();
-    at.receiving = true;
+    at.thread = thread_number();
+    at.depth = mine.depth;
+    at.asked_ms = now_ms();
+    at.abandoned = false;
     return &at;
 }
 
@@ -182,29 +179,22 @@ message *claim()
     for (message &each : here.messages) {
         if (each.index == 0)
             return begin_message(each);
-        if (!each.receiving && (!oldest || each.asked_ms < oldest->asked_ms))
+        if (each.waiting != 0 && (!oldest || each.asked_ms < oldest->asked_ms))
             oldest = &each;
     }
-    if (!oldest || now_ms() - oldest->asked_ms < forgotten_ms)
+    if (!oldest || now_ms() - oldest->asked_ms < forgotten_ms || !take(oldest->index))
         return nullptr;
-    close(oldest->link.fd);
+    disconnect(oldest->link);
     return begin_message(*oldest);
 }
 
-// Takes the message off the books; its connection, if it still works, becomes idle.
+// Takes the message off the books; its connection, if it still works, waits for the next one.
 void release(message &done, bool keep_connection)
 {
-    connection link = done.link;
-    {
-        const std::lock_guard lock(here.mutex);
-        if (keep_connection && here.idle_count < most_idle) {
-            here.idle[here.idle_count++] = link;
-            link.fd = -1;
-        }
-        done = message{};
-    }
-    if (link.fd >= 0)
-        close(link.fd);
+    if (!keep_connection || &done >= here.messages + most_idle)
+        disconnect(done.link);
+    const std::lock_guard lock(here.mutex);
+    done.index = 0;
 }
 
 // A message that this thread sent under the attachment it gives back now, and that nobody will ask
@@ -219,36 +209,24 @@ message *take_unasked()
             continue;
         --mine.unanswered;
         each.abandoned = true;
-        if (!each.receiving) {
-            each.receiving = true;
+        if (take(each.index))
             return &each;
-        }
     }
     return nullptr;
 }
 
-// The outstanding message of that index, for this thread alone to wait for.
-message *begin_receive(uint32_t index)
-{
-    const std::lock_guard lock(here.mutex);
-    message &candidate = here.messages[index % most_outstanding];
-    if (index == 0 || candidate.index != index || candidate.receiving)
-        return nullptr;
-    candidate.receiving = true;
-    return &candidate;
-}
-
 // Leaves the message outstanding, unless its sender gave up meanwhile.
-void suspend_receive(message &waiting)
+void suspend_receive(message &unanswered)
 {
     {
         const std::lock_guard lock(here.mutex);
-        waiting.asked_ms = now_ms();
-        waiting.receiving = false;
-        if (!waiting.abandoned)
+        unanswered.asked_ms = now_ms();
+        if (!unanswered.abandoned) {
+            unanswered.waiting = unanswered.index;
             return;
+        }
     }
-    release(waiting, false);
+    release(unanswered, false);
 }
 
 // Waits for a frame: its length, 0 when the daemon is gone, -1 when the time is over.
@@ -313,18 +291,14 @@ uint32_t send_ruk_command(uint32_t component, const void *msg, uint32_t length, 
     request_frame frame;
     frame.header = {frame_magic, sent->index, component, 0};
     memcpy(&frame.record, msg, length);
-    const uint32_t rc = send_on_some_connection(sent->link, frame, sizeof frame.header + length);
+    const uint32_t rc = send_or_reconnect(sent->link, frame, sizeof frame.header + length);
     if (rc != 0) {
         release(*sent, false);
         return rc;
     }
-    *index = sent->index;
     ++mine.unanswered;
-    const std::lock_guard lock(here.mutex);
-    sent->asked_ms = now_ms();
-    sent->thread = thread_number();
-    sent->depth = mine.depth;
-    sent->receiving = false;
+    *index = sent->index;
+    sent->waiting = sent->index;
     return 0;
 }
 
@@ -333,25 +307,25 @@ uint32_t receive_ruk_response(uint32_t index, uint32_t timeout, uint32_t compone
 {
     if (component != IPMI_COMPONENT)
         return RUK_MSG_UNKNOWN_COMPONENT;
-    message *const waiting = begin_receive(index);
-    if (!waiting)
+    message *const asked = take(index);
+    if (!asked)
         return RUK_MSG_UNKNOWN_INDEX;
 
     answer_frame frame;
     const ssize_t received = wait_for_frame(
-        waiting->link, timeout == OS_WAIT_FOREVER ? no_limit : timeout * tick_ms, frame);
+        asked->link, timeout == OS_WAIT_FOREVER ? no_limit : timeout * tick_ms, frame);
     if (received < 0) {
-        suspend_receive(*waiting);
+        suspend_receive(*asked);
         return RUK_MSG_NOT_ANSWERED;
     }
-    if (waiting->thread == mine.thread)
+    if (asked->thread == mine.thread)
         --mine.unanswered;
     if (received < static_cast<ssize_t>(sizeof frame.header) || frame.header.magic != frame_magic ||
         frame.header.sequence != index) {
-        release(*waiting, false);
+        release(*asked, false);
         return RUK_MSG_SERVICE_GONE;
     }
-    release(*waiting, true);
+    release(*asked, true);
 
     if (frame.header.status != 0)
         return frame.header.status;
