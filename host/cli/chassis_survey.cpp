@@ -24,7 +24,10 @@ const request_name get_sel_info = {0x0A40, "Get SEL Info"};
 const request_name get_post_code = {0x30D4, "Get POST Code"};
 const request_name get_parameter = {0x30D0, "Get OEM Parameter"};
 
-const json unknown = {{"name", nullptr}, {"serial_number", nullptr}};
+json unknown()
+{
+    return {{"name", nullptr}, {"serial_number", nullptr}};
+}
 
 // What the blade says it is, in its first FRU device.
 json identity(const blade &at)
@@ -36,7 +39,7 @@ json identity(const blade &at)
         if (areas.contains(area) && areas[area].contains("product_name"))
             return {{"name", areas[area]["product_name"]},
                     {"serial_number", areas[area]["serial_number"]}};
-    return unknown;
+    return unknown();
 }
 
 json post_code(const blade &at)
@@ -91,7 +94,7 @@ json blade_fields(const blade &at, const json &known)
     const json power = unless_refused([&]() -> json { return power_state(at); }, nullptr);
     json fields = known;
     if (known["name"].is_null())
-        fields.update(unless_refused([&] { return identity(at); }, unknown));
+        fields.update(unless_refused([&] { return identity(at); }, unknown()));
     fields["power"] = power;
     fields["post_code"] = unless_refused([&] { return post_code(at); }, nullptr);
     fields["blinking_leds"] = unless_refused([&] { return blinking_leds(at); }, nullptr);
@@ -169,7 +172,7 @@ chassis_survey::look_at(const std::vector<blade_location> &places, const std::ve
         const json known =
             last["state"] == "present"
                 ? json{{"name", last["name"]}, {"serial_number", last["serial_number"]}}
-                : unknown;
+                : unknown();
         try {
             json fields = where(place, "present");
             fields.update(blade_fields({place}, known));

@@ -119,7 +119,7 @@ void check(const request_name &request, uint32_t result)
     }
     const auto code = static_cast<uint8_t>(result);
     throw failure(code == IPMI_COMP_CODE_INVALID_COMMAND ? exit_unsupported : exit_refused,
-                  request.name + " refused: " + hex(code) + " (" +
+                  std::string(request.name) + " refused: " + hex(code) + " (" +
                       completion_code_name(request.netfn_cmd, code) + ")",
                   code);
 }

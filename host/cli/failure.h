@@ -21,7 +21,7 @@ enum exit_code {
 // An IPMI request as messages name it. The number is network function << 8 | command.
 struct request_name {
     uint16_t netfn_cmd;
-    std::string name;
+    const char *name;
 };
 
 class failure : public std::runtime_error

@@ -27,7 +27,7 @@ report get(const blade &at)
     if (result == IPMI_ERR_INVALID_PARAM && event.payload_len > sizeof event) {
         report told = tell(event_fields(event, {}));
         told.ended =
-            failure(exit_refused, get_event.name + ": the record says that it has " +
+            failure(exit_refused, std::string(get_event.name) + ": the record says that it has " +
                                       std::to_string(event.payload_len) +
                                       " bytes, which is more than " + std::to_string(sizeof event));
         return told;

@@ -25,9 +25,9 @@ uint8_t request_netfn(const std::string &text)
 
 report send_raw(const blade &at, const raw_request &wanted)
 {
-    const request_name name = {static_cast<uint16_t>(wanted.netfn << 8 | wanted.command),
-                               "request " + hex(wanted.netfn) + " " + hex(wanted.command)};
-    const bytes answer = exchange(name, at, wanted.payload);
+    const std::string name = "request " + hex(wanted.netfn) + " " + hex(wanted.command);
+    const auto netfn_cmd = static_cast<uint16_t>(wanted.netfn << 8 | wanted.command);
+    const bytes answer = exchange({netfn_cmd, name.c_str()}, at, wanted.payload);
     return tell({{"completion_code", "0x00"}, {"answer", hex(answer)}}, answer);
 }
 

@@ -34,8 +34,9 @@ bytes exchange(const request_name &name, const blade &at, const bytes &payload, 
 
     const size_t length = std::min<size_t>(response.data_len, sizeof response.data);
     if (length < 1 + shortest)
-        throw failure(exit_refused, name.name + ": the answer has " + std::to_string(length) +
-                                        " bytes, not " + std::to_string(1 + shortest));
+        throw failure(exit_refused, std::string(name.name) + ": the answer has " +
+                                        std::to_string(length) + " bytes, not " +
+                                        std::to_string(1 + shortest));
     return bytes(response.data + 1, response.data + length);
 }
 
