@@ -1,5 +1,7 @@
 #include "cli/vocabulary.h"
 
+#include <algorithm>
+
 #include "cli/targets.h"
 #include "help/formatter.h"
 
@@ -37,6 +39,8 @@ cli::format format_named(const std::string &name)
 
 void add_options(CLI::App &app, options &chosen)
 {
+    app.set_help_flag("-h,--help", "Show this help");
+    app.set_version_flag("--version", "ruk-ipmi " RUK_IPMI_VERSION, "Show the version");
     app.add_option(
            "-b,--blade",
            [&chosen](const CLI::results_t &texts) {
@@ -114,12 +118,12 @@ noun_names all_nouns()
 
 noun_names nouns_in(int argc, char **argv)
 {
-    const std::set<std::string_view> words(argv + 1, argv + argc);
-    noun_names named;
-    for (const top_noun &each : nouns)
-        if (words.count(each.name) != 0)
-            named.insert(each.name);
-    return named.empty() ? all_nouns() : named;
+    const auto is_noun = [](std::string_view word, const top_noun &each) {
+        return word == each.name;
+    };
+    char **const found =
+        std::find_first_of(argv + 1, argv + argc, std::begin(nouns), std::end(nouns), is_noun);
+    return found == argv + argc ? all_nouns() : noun_names{*found};
 }
 
 vocabulary::vocabulary(const noun_names &wanted)
@@ -128,13 +132,12 @@ vocabulary::vocabulary(const noun_names &wanted)
     app.formatter(std::make_shared<help::formatter>());
     app.footer(std::function<std::string()>(footer));
     app.require_subcommand(1);
-    app.get_help_ptr()->description("Show this help");
-    app.set_version_flag("--version", "ruk-ipmi " RUK_IPMI_VERSION, "Show the version");
-    add_options(app, chosen);
+    app.set_help_flag(); // each command would take the time to make one of its own
     const noun root(syntax(&app), "", typed);
     for (const top_noun &each : nouns)
         if (wanted.count(each.name) != 0)
             each.add(root);
+    add_options(app, chosen);
 }
 
 } // namespace cli

@@ -38,7 +38,7 @@ using noun_names = std::set<std::string_view>;
 
 noun_names all_nouns();
 
-// Those among the arguments, or all where none is. No other can be meant, and to declare every
+// The first among the arguments, or all where none is. No other can be meant, and to declare every
 // command takes longer than most commands take to run.
 noun_names nouns_in(int argc, char **argv);
 

@@ -80,9 +80,8 @@ std::string formatter::make_footer(const CLI::App *app) const
         footer.resize(footer.find_last_not_of('\n') + 1);
         return footer + "\n";
     }
-    const auto common = root->get_options([](const CLI::Option *option) {
-        return option->get_single_name() != "help" && option->get_single_name() != "version";
-    });
+    const auto common = root->get_options(
+        [](const CLI::Option *option) { return option->get_single_name() != "version"; });
     return make_group("Options of every command", false, common).substr(1);
 }
 

@@ -71,7 +71,7 @@ std::string usage(const command &at)
     for (size_t word = 1; word < at.path.size(); ++word)
         text += " " + at.path[word];
     for (const parameter &each : at.options)
-        if (each.is_common())
+        if (each.is_common() && !each.is_help())
             text += " " + usage(each);
     for (const parameter &each : at.arguments)
         text += " " + usage(each);
@@ -112,9 +112,7 @@ void put_command(page &out, const command &at)
         does += " With -o binary it writes the bytes.";
     out.paragraph(does);
     put_parameters(out, at.arguments);
-    for (const parameter &each : at.options)
-        if (!each.is_help())
-            put_parameters(out, {each});
+    put_parameters(out, at.options);
 }
 
 void put_commands_below(page &out, const command &at, const std::string &prefix)

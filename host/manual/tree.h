@@ -28,7 +28,7 @@ struct parameter {
     bool is_file() const { return value == "FILE"; }
     bool is_help() const { return names.back() == "--help"; }
     // Whether a program's commands have it too.
-    bool is_common() const { return !is_help() && names.back() != "--version"; }
+    bool is_common() const { return names.back() != "--version"; }
 };
 
 struct command {

@@ -66,7 +66,7 @@ std::string function_name(const command &at)
     return "_" + joined(at.path, "_");
 }
 
-// A program's own options, but for help and version, are those of every command: `common`.
+// A program's own options, but for its version, are those of every command: `common`.
 std::vector<parameter> own_options(const command &at)
 {
     if (at.path.size() > 1)
