@@ -123,7 +123,8 @@ noun_names nouns_in(int argc, char **argv)
     };
     char **const found =
         std::find_first_of(argv + 1, argv + argc, std::begin(nouns), std::end(nouns), is_noun);
-    return found == argv + argc ? all_nouns() : noun_names{*found};
+    const bool is_certain = found != argv + argc && (found == argv + 1 || **(found - 1) != '-');
+    return is_certain ? noun_names{*found} : all_nouns();
 }
 
 vocabulary::vocabulary(const noun_names &wanted)

@@ -38,8 +38,8 @@ using noun_names = std::set<std::string_view>;
 
 noun_names all_nouns();
 
-// The first among the arguments, or all where none is. No other can be meant, and to declare every
-// command takes longer than most commands take to run.
+// The first among the arguments: no other can be meant, and to declare every command takes longer
+// than most commands take to run. All where none is, or where it may be an option's value.
 noun_names nouns_in(int argc, char **argv);
 
 struct vocabulary {

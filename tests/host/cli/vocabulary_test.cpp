@@ -95,6 +95,12 @@ TEST(vocabulary, is_of_the_noun_that_is_named_first)
     EXPECT_EQ(nouns_of({"fru", "read", "sel", "-b3"}), (noun_names{"fru"}));
 }
 
+TEST(vocabulary, is_whole_where_the_noun_may_be_what_an_option_is_given)
+{
+    EXPECT_EQ(nouns_of({"--log", "fru", "sel", "list"}), all_nouns());
+    EXPECT_EQ(nouns_of({"-v", "sel", "list"}), all_nouns());
+}
+
 TEST(vocabulary, is_whole_where_no_noun_is_named)
 {
     for (const std::vector<const char *> &arguments :
