@@ -6,6 +6,7 @@
 #include <atomic>
 #include <cstring>
 
+#include "platform/delivery.h"
 #include "platform/futex.h"
 #include "platform/os.h"
 #include "platform/status.h"
@@ -83,9 +84,7 @@ uint32_t os_ev_wait(os_event *event, uint32_t ticks)
         if (now % phases == set) {
             if (state.compare_exchange_strong(now, with(now, unset)))
                 return 0;
-        } else if (monotonic::now() < until) {
-            futex_wait(state, now, until);
-        } else {
+        } else if (!wait_and_listen(state, now, until)) {
             return 0; // whoever waits looks himself at what there is to do
         }
     }

@@ -12,6 +12,7 @@
 
 #include "daemon.h"
 #include "os_processes.h"
+#include "os_registration.h"
 #include "platform/notifications.h"
 #include "platform/os.h"
 #include "platform/status.h"
@@ -20,12 +21,6 @@ namespace
 {
 
 using namespace tests;
-
-class OsNotify : public os_layer_test
-{
-};
-
-constexpr uint32_t interrupt = 0x15;
 
 // A hook is a plain function: what it does and sees is here.
 std::atomic<int> calls{0};
@@ -53,28 +48,10 @@ void hook_that_asks(uint32_t word, ...)
     ++calls;
 }
 
-// A hook registered for some types, until this goes.
-class registration
+class OsNotify : public os_layer_test
 {
-  public:
-    explicit registration(os_notify_hook to, const std::vector<uint32_t> &types = {interrupt})
-    {
-        calls = 0;
-        os_notify_list list = 0;
-        EXPECT_EQ(0u, os_notify_list_init(&list));
-        for (const uint32_t type : types)
-            EXPECT_EQ(0u, os_notify_list_add(type, list));
-        EXPECT_EQ(0u, os_notify_init(&handle_, to));
-        EXPECT_EQ(0u, os_notify_register(list, handle_));
-    }
-    ~registration() { os_notify_unregister(handle_); }
-    registration(const registration &) = delete;
-    registration &operator=(const registration &) = delete;
-
-    os_notify_handle handle() const { return handle_; }
-
-  private:
-    os_notify_handle handle_ = 0;
+  protected:
+    void SetUp() override { calls = 0; }
 };
 
 bool called_eventually(int times)
@@ -142,7 +119,11 @@ TEST_F(OsNotify, LosesNoPostOfTenThousand)
         listeners.emplace_back([] {
             const registration registered(hook_that_watches);
             ++watched->ready;
-            os_sleep(OS_WAIT_FOREVER);
+            if (listener_number % 2 == 0)
+                os_sleep(OS_WAIT_FOREVER);
+            os_event event{}; // the others tell it themselves
+            os_ev_create("event", &event);
+            os_ev_wait(&event, OS_WAIT_FOREVER);
             return 0;
         });
     ASSERT_TRUE(eventually([&] { return common->ready == 8; }));
@@ -209,6 +190,7 @@ TEST_F(OsNotify, RegistersAgainAfterItsThreadHasEnded)
 {
     for (int round = 0; round < 20; ++round) {
         {
+            calls = 0;
             const registration registered(hook);
             os_notify_post(interrupt);
             EXPECT_TRUE(called_eventually(1));
