@@ -85,8 +85,10 @@ TEST_F(opening, may_be_refused_in_no_more_than_a_status)
 
 TEST_F(opening, needs_the_algorithms_that_were_proposed)
 {
-    change(open_session_response, [](uint8_t *payload, bytes &) { payload[32] = 0; });
-    EXPECT_EQ(status(), RUK_MSG_ACCESS);
+    for (const size_t at : {16, 24, 32}) {
+        change(open_session_response, [at](uint8_t *payload, bytes &) { payload[at] ^= 0x01; });
+        EXPECT_EQ(status(), RUK_MSG_ACCESS) << at;
+    }
 }
 
 TEST_F(opening, needs_a_proof_from_the_controller_that_is_right_in_every_byte)

@@ -146,16 +146,23 @@ bytes algorithm(uint8_t purpose, uint8_t chosen)
     return {purpose, 0, 0, length, chosen, 0, 0, 0};
 }
 
+uint8_t next_algorithm(reader &answer)
+{
+    return answer.next(8)[4];
+}
+
 void handshake::propose_algorithms()
 {
-    const bytes wanted =
-        record_of(algorithm(0, suite_.authentication), algorithm(1, suite_.integrity),
-                  algorithm(2, suite_.confidentiality));
-    reader answer =
-        step(open_session_request, record_of(role_ & ~name_only, le16(0), le32{ours_}, wanted),
-             open_session_response);
+    reader answer = step(
+        open_session_request,
+        record_of(role_ & ~name_only, le16(0), le32{ours_}, algorithm(0, suite_.authentication),
+                  algorithm(1, suite_.integrity), algorithm(2, suite_.confidentiality)),
+        open_session_response);
     theirs_ = answer.next_number();
-    if (theirs_ == 0 || answer.rest() != wanted)
+    const bool is_agreed = next_algorithm(answer) == suite_.authentication &&
+                           next_algorithm(answer) == suite_.integrity &&
+                           next_algorithm(answer) == suite_.confidentiality;
+    if (theirs_ == 0 || !is_agreed)
         refuse("it wants other algorithms");
 }
 
