@@ -127,12 +127,12 @@ class handshake
 reader handshake::step(kind asked, const bytes &payload, kind answered)
 {
     const uint8_t tag = ++tag_;
-    const bytes packet = open_packet(asked, record_of(tag, payload));
+    const auto packet = [&] { return open_packet(asked, record_of(tag, payload)); };
     const auto take = [&](const bytes &datagram) {
         std::optional<bytes> found = payload_of_open_packet(datagram, answered);
         return found && found->size() > 1 && found->front() == tag ? found : std::nullopt;
     };
-    reader answer(controller_.converse([&] { return packet; }, take, deadline_));
+    reader answer(controller_.converse(packet, take, deadline_));
     if (const uint8_t status = answer.next(4)[1])
         refuse(status);
     if (answer.next_number() != ours_)
