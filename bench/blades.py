@@ -1,7 +1,9 @@
 """Whether a blade that is slow makes others wait."""
 
+import statistics
+
 from chassis import blades, chassis
-from measure import Curve, Row, figure, interleaved, number, printed, program
+from measure import Curve, Row, interleaved, number, printed, program
 
 BLADES = 8
 WINDOW_MS = 600
@@ -36,7 +38,7 @@ def rows():
     ours = figures["eighth slow"]
 
     def against(peer, name, gated):
-        ratio = ours.median / figures[peer].median
+        ratio = ours / figures[peer]
         return Row(
             "seven blades while an eighth takes 200 ms",
             f"{ours} ns",
@@ -56,7 +58,7 @@ def rows():
 def latencies():
     with chassis(blades(AT_ONCE[-1]), "0,1") as served:
         return [
-            (asked, figure([round_trip(asked, asked, served) for _ in range(3)]).median / 1000)
+            (asked, statistics.median(round_trip(asked, asked, served) for _ in range(3)) / 1000)
             for asked in AT_ONCE
         ]
 

@@ -36,8 +36,8 @@ def round_trips(command, blade, processors):
 
 
 def compared(what, took, gated):
-    ratio = took["ours"].median / took["FreeIPMI"].median
-    both = took["FreeIPMI"].median + took["simulated"].median
+    ratio = took["ours"] / took["FreeIPMI"]
+    both = took["FreeIPMI"] + took["simulated"]
     return [
         Row(
             what,
@@ -50,14 +50,14 @@ def compared(what, took, gated):
         Row(
             what,
             f"{took['ours']} us",
-            f"FreeIPMI in process, and an exchange with a simulated blade: {both:.1f} us",
-            f"{took['ours'].median / both:.2f} x",
+            f"FreeIPMI in process, and an exchange with a simulated blade: {both} us",
+            f"{took['ours'] / both:.2f} x",
         ),
         Row(
             what,
             f"{took['ours']} us",
             f"the UDP packets alone: {took['packets']} us",
-            f"{took['ours'].median / took['packets'].median:.1f} x",
+            f"{took['ours'] / took['packets']:.1f} x",
         ),
     ]
 

@@ -6,7 +6,7 @@ import subprocess
 import tempfile
 
 from chassis import blades, bus, chassis
-from measure import Curve, Row, figure, interleaved, number, pinned, printed, program
+from measure import Curve, Figure, Row, interleaved, number, pinned, printed, program
 
 ROUND_TRIPS = 2_000
 RUNS = 21
@@ -79,14 +79,14 @@ def unfairness(counted):
 
 def round_trip_rows():
     taken = round_trips()
-    ours = taken["ours"].median
-    times_socket = ours / taken["socket"].median
-    times_dbus = taken["dbus"].median / ours
-    times_far = taken["ours on two"].median / taken["socket on two"].median
+    ours = taken["ours"]
+    times_socket = ours / taken["socket"]
+    times_dbus = taken["dbus"] / ours
+    times_far = taken["ours on two"] / taken["socket on two"]
 
     def row(peer, name, ratio, goal="", met=None):
         against = f"{name}: {taken[peer]} ns"
-        return Row("exchange, one processor", f"{taken['ours']} ns", against, ratio, goal, met)
+        return Row("exchange, one processor", f"{ours} ns", against, ratio, goal, met)
 
     return [
         row(
@@ -99,7 +99,7 @@ def round_trip_rows():
         row(
             "epoll",
             "bare socket, its server in epoll_wait",
-            f"{number(ours / taken['epoll'].median)} x",
+            f"{number(ours / taken['epoll'])} x",
         ),
         row(
             "dbus",
@@ -111,7 +111,7 @@ def round_trip_rows():
         row(
             "zeromq",
             "ZeroMQ request and reply",
-            f"{number(taken['zeromq'].median / ours)} x faster",
+            f"{number(taken['zeromq'] / ours)} x faster",
         ),
         Row(
             "exchange, two processors",
@@ -139,8 +139,8 @@ def throughput_rows(processors, place, gated):
     return [
         Row(
             f"exchanges per second, {place}, at the worst of 1 to {CLIENTS[-1]} clients: {least}",
-            str(figure(rates(taken["ours", least]))),
-            f"bare server: {figure(rates(taken['bare', least]))}",
+            str(Figure(rates(taken["ours", least]))),
+            f"bare server: {Figure(rates(taken['bare', least]))}",
             f"{number(ratios[least])} x",
             "at least 0.85 x" if gated else "",
             ratios[least] >= 0.85 if gated else None,

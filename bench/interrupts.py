@@ -33,7 +33,7 @@ def rows_of(processes, processors, gated):
     plural = "es" if processes > 1 else ""
     place = "two processors" if processors == BOTH else "one processor"
     what = f"interrupt to callback in {processes} process{plural}, {place}"
-    times_futex, times_dbus = ours.median / futex.median, dbus.median / ours.median
+    times_futex, times_dbus = ours / futex, dbus / ours
     return [
         Row(
             what,
@@ -47,8 +47,8 @@ def rows_of(processes, processors, gated):
             what,
             f"{ours} ns",
             f"futex wake, handed on to a second thread: {hops} ns, "
-            f"{number(hops.median / futex.median)} x the futex wake",
-            f"{number(ours.median / hops.median)} x",
+            f"{number(hops / futex)} x the futex wake",
+            f"{number(ours / hops)} x",
         ),
         Row(
             what,

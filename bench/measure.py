@@ -17,12 +17,25 @@ BUILD = pathlib.Path(os.environ.get("RUK_BENCH_BUILD", ROOT / "build/bench"))
 class Figure:
     """What several samples of one quantity say."""
 
-    median: float
-    least: float
-    most: float
+    samples: tuple
+
+    @property
+    def median(self):
+        return statistics.median(self.samples)
 
     def __str__(self):
-        return f"{number(self.median)} ({number(self.least)} to {number(self.most)})"
+        least, most = min(self.samples), max(self.samples)
+        return f"{number(self.median)} ({number(least)} to {number(most)})"
+
+    def __truediv__(self, peer):
+        """How many times the peer's, by the samples that were taken in turn: a machine that is
+        slower for a while is slower for both."""
+        pairs = zip(self.samples, peer.samples, strict=True)
+        return statistics.median(ours / theirs for ours, theirs in pairs)
+
+    def __add__(self, other):
+        """One after the other."""
+        return Figure(tuple(map(sum, zip(self.samples, other.samples, strict=True))))
 
 
 @dataclasses.dataclass(frozen=True)
@@ -44,10 +57,6 @@ def number(value):
     return f"{value:.{1 if value >= 10 else 2}f}"
 
 
-def figure(samples):
-    return Figure(statistics.median(samples), min(samples), max(samples))
-
-
 def interleaved(peers, runs):
     """Takes a sample of each peer in turn, `runs` times; `peers` are functions by name. What
     disturbs the machine for a while then disturbs them all."""
@@ -55,7 +64,7 @@ def interleaved(peers, runs):
     for _ in range(runs):
         for name, take in peers.items():
             samples[name].append(take())
-    return {name: figure(taken) for name, taken in samples.items()}
+    return {name: Figure(tuple(taken)) for name, taken in samples.items()}
 
 
 def program(name):
