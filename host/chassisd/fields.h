@@ -4,6 +4,7 @@
 #define RUK_HOST_CHASSISD_FIELDS_H
 
 #include <algorithm>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -125,6 +126,12 @@ bytes record_of(const Fields &...fields)
     uint8_t *at = record.data();
     ((at = put(at, fields)), ...);
     return record;
+}
+
+// The byte that brings the sum of all to 0.
+inline uint8_t zero_checksum(const bytes &summed)
+{
+    return static_cast<uint8_t>(-std::accumulate(summed.begin(), summed.end(), 0));
 }
 
 } // namespace chassisd

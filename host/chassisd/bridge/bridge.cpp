@@ -22,8 +22,6 @@ constexpr milliseconds back_off = std::chrono::seconds(1);
 // How long a session that is not to be kept waits for the next request.
 constexpr milliseconds brief_idleness = std::chrono::seconds(1);
 
-const request get_device_id{0x06, 0, 0x01, {}};
-
 class bridge final : public blade
 {
   public:
@@ -68,7 +66,7 @@ void bridge::idle()
         session_.reset();
         return;
     }
-    execute(get_device_id);
+    execute(presence_request);
 }
 
 milliseconds bridge::idle_period() const

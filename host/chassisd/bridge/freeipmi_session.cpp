@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "chassisd/bridge/rmcpplus/handshake.h"
 #include "chassisd/bridge/workarounds.h"
 #include "platform/status.h"
 
@@ -83,9 +82,9 @@ freeipmi_session::freeipmi_session(const bridge_config &config) : context_(ipmi_
     patience_ = std::chrono::milliseconds(timing.patience_ms);
     if (ipmi_ctx_open_outofband_2_0(context_.get(), address_of(config).c_str(),
                                     config.username.c_str(), config.password.c_str(), nullptr, 0,
-                                    rmcpplus::privilege_of(config), config.cipher_suite,
-                                    timing.patience_ms, timing.retransmit_ms,
-                                    workaround_flags(config.workarounds), IPMI_FLAGS_DEFAULT) < 0)
+                                    privilege_of(config), config.cipher_suite, timing.patience_ms,
+                                    timing.retransmit_ms, workaround_flags(config.workarounds),
+                                    IPMI_FLAGS_DEFAULT) < 0)
         throw session_error(status_of_opening(ipmi_ctx_errnum(context_.get())),
                             reason_of(context_.get()));
     answered();

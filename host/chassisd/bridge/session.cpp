@@ -7,6 +7,15 @@
 namespace chassisd
 {
 
+uint8_t privilege_of(const bridge_config &config)
+{
+    if (config.privilege == "user")
+        return 0x02;
+    if (config.privilege == "operator")
+        return 0x03;
+    return 0x04;
+}
+
 std::unique_ptr<session> open_session(const bridge_config &config,
                                       session::clock::time_point deadline)
 {

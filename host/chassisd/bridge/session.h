@@ -30,6 +30,12 @@ class session_error : public std::runtime_error
     uint32_t status_;
 };
 
+// As IPMI numbers the privilege that a description names.
+uint8_t privilege_of(const bridge_config &config);
+
+// What asks a controller whether it is there, and changes nothing: Get Device ID.
+inline const request presence_request{0x06, 0, 0x01, {}};
+
 class session
 {
   public:

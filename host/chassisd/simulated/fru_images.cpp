@@ -1,6 +1,5 @@
 #include "chassisd/simulated/fru_images.h"
 
-#include <numeric>
 #include <stdexcept>
 
 #include "chassisd/simulated/record.h"
@@ -19,12 +18,6 @@ constexpr uint8_t blank = 0xFF; // of memory never written
 
 const text maker{"Ruk Systems"};
 const text none{""};
-
-// The byte that brings the sum of all to 0.
-uint8_t zero_checksum(const bytes &summed)
-{
-    return static_cast<uint8_t>(-std::accumulate(summed.begin(), summed.end(), 0));
-}
 
 // Capital letters, digits and signs in six bits each, the first in the lowest bits. Readers see
 // spaces behind a text that does not fill its bytes.

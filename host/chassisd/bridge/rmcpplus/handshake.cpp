@@ -35,12 +35,7 @@ constexpr refusal refusals[] = {
     {0x11, "it does not have the cipher suite"},
 };
 
-[[noreturn]] void refuse(const std::string &reason)
-{
-    throw session_error(RUK_MSG_ACCESS, "no session: " + reason);
-}
-
-[[noreturn]] void refuse(uint8_t status)
+[[noreturn]] void refuse_for(uint8_t status)
 {
     const auto known = std::find_if(std::begin(refusals), std::end(refusals),
                                     [&](const refusal &each) { return each.status == status; });
@@ -134,7 +129,7 @@ reader handshake::step(kind asked, const bytes &payload, kind answered)
     };
     reader answer(controller_.converse(packet, take, deadline_));
     if (const uint8_t status = answer.next(4)[1])
-        refuse(status);
+        refuse_for(status);
     if (answer.next_number() != ours_)
         throw session_error(RUK_MSG_UNREACHABLE, "an answer that makes no sense");
     return answer;
@@ -197,13 +192,9 @@ void handshake::confirm()
 
 } // namespace
 
-uint8_t privilege_of(const bridge_config &config)
+void refuse(const std::string &reason)
 {
-    if (config.privilege == "user")
-        return 0x02;
-    if (config.privilege == "operator")
-        return 0x03;
-    return 0x04;
+    throw session_error(RUK_MSG_ACCESS, "no session: " + reason);
 }
 
 agreement shake_hands(connection &controller, const bridge_config &config,

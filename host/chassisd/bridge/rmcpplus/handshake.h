@@ -15,8 +15,8 @@ struct agreement {
     bytes session_key;
 };
 
-// As IPMI numbers the privilege that a description names.
-uint8_t privilege_of(const bridge_config &config);
+// Throws session_error: the controller was reached, and there is no session for this reason.
+[[noreturn]] void refuse(const std::string &reason);
 
 // Throws session_error.
 agreement shake_hands(connection &controller, const bridge_config &config,

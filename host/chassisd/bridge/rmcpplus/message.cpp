@@ -15,13 +15,7 @@ constexpr uint8_t console = 0x81;
 
 // Both parts of a message, the three bytes of its head and the rest, add up to zero.
 constexpr size_t head_size = 3;
-constexpr size_t least_answer =
-    head_size + 5; // address, number, command, completion code, checksum
-
-int checksum_of(const bytes &part)
-{
-    return -std::accumulate(part.begin(), part.end(), 0);
-}
+constexpr size_t least_body = 5; // address, number, command, completion code, checksum
 
 bool adds_up(bytes::const_iterator from, bytes::const_iterator to)
 {
@@ -34,12 +28,12 @@ bytes message_of(const request &asked, unsigned number)
 {
     const bytes head = {controller, static_cast<uint8_t>(asked.netfn << 2 | asked.lun)};
     const bytes body = record_of(console, static_cast<int>(number << 2), asked.command, asked.data);
-    return record_of(head, checksum_of(head), body, checksum_of(body));
+    return record_of(head, zero_checksum(head), body, zero_checksum(body));
 }
 
 std::optional<bytes> answer_in(const bytes &message, const request &asked, unsigned number)
 {
-    if (message.size() < least_answer)
+    if (message.size() < head_size + least_body)
         return std::nullopt;
     const auto body = message.begin() + head_size;
     const bool is_sound = adds_up(message.begin(), body) && adds_up(body, message.end());

@@ -2,7 +2,6 @@
 
 #include "chassisd/bridge/rmcpplus/message.h"
 #include "chassisd/fields.h"
-#include "platform/status.h"
 
 namespace chassisd::rmcpplus
 {
@@ -11,7 +10,6 @@ namespace
 {
 
 constexpr uint8_t application = 0x06;
-constexpr uint8_t get_device_id = 0x01;
 constexpr uint8_t set_session_privilege = 0x3B;
 constexpr uint8_t close_session = 0x3C;
 
@@ -59,7 +57,7 @@ bool rmcpplus_session::is_usable(clock::time_point deadline)
     if (idle > longest_idleness())
         return false;
     try {
-        ask({application, 0, get_device_id, {}}, now + (deadline - now) / 2);
+        ask(presence_request, now + (deadline - now) / 2);
         return true;
     } catch (const session_error &) {
         return false;
@@ -72,7 +70,7 @@ void rmcpplus_session::raise_privilege(const bridge_config &config, clock::time_
     const bytes answer =
         ask({application, 0, set_session_privilege, {privilege_of(config)}}, deadline);
     if (answer[0] != 0)
-        throw session_error(RUK_MSG_ACCESS, "no session: it does not grant the privilege");
+        refuse("it does not grant the privilege");
 }
 
 } // namespace chassisd::rmcpplus
