@@ -17,7 +17,7 @@ BUILD = pathlib.Path(os.environ.get("RUK_BENCH_BUILD", ROOT / "build/bench"))
 class Figure:
     """What several samples of one quantity say."""
 
-    samples: tuple
+    samples: list
 
     @property
     def median(self):
@@ -35,7 +35,7 @@ class Figure:
 
     def __add__(self, other):
         """One after the other."""
-        return Figure(tuple(map(sum, zip(self.samples, other.samples, strict=True))))
+        return Figure([sum(pair) for pair in zip(self.samples, other.samples, strict=True)])
 
 
 @dataclasses.dataclass(frozen=True)
@@ -64,7 +64,7 @@ def interleaved(peers, runs):
     for _ in range(runs):
         for name, take in peers.items():
             samples[name].append(take())
-    return {name: Figure(tuple(taken)) for name, taken in samples.items()}
+    return {name: Figure(taken) for name, taken in samples.items()}
 
 
 def program(name):
